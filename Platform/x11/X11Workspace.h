@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Platform/Workspace.h"
+#include "Platform/x11/X11Windows.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace kestrova {
+
+class DesktopEntries;
+
+/// The applications as the window manager and the desktop entries tell them, on the toolkit's own connection.
+/// Where the toolkit does not run on X11 no application is ever in front.
+class X11Workspace final : public Workspace {
+public:
+    /// `entries` outlives the object.
+    X11Workspace(DesktopEntries& entries, QString bundleIdentifier);
+
+    std::optional<RunningApplication> frontmostApplication() const override;
+    QIcon icon(const RunningApplication& application) const override;
+
+private:
+    DesktopEntries& m_entries;
+    const QString m_bundleIdentifier;
+    std::optional<X11Windows> m_windows;
+};
+
+} // namespace kestrova
