@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Kestrova/LaunchSequence.h"
+#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/clipboard/TextRecognizer.h"
+#include "Kestrova/services/LinkPreviewCache.h"
+
+#include <functional>
+#include <memory>
+
+namespace kestrova {
+
+class ClipboardMonitor;
+class CommandHandler;
+class MachineInfo;
+class MainQueue;
+class ModelContainer;
+class Pasteboard;
+class SingleInstance;
+class UserDefaults;
+class Workspace;
+
+/// Whether the program has a place of its own in the desktop's task list and switcher.
+enum class ActivationPolicy { regular, accessory };
+
+/// The composition root: owns every long-lived object and is the only place where subsystems are joined.
+/// Main thread only.
+class AppDelegate {
+public:
+    /// The host's adapters and the open store; all of it outlives the delegate.
+    struct Host {
+        ModelContainer& modelContainer;
+        MainQueue& mainQueue;
+        Pasteboard& pasteboard;
+        Workspace& workspace;
+        UserDefaults& defaults;
+        const MachineInfo& machineInfo;
+        SingleInstance& singleInstance;
+        /// Ends the event loop.
+        std::function<void()> terminate;
+    };
+
+    explicit AppDelegate(Host host);
+    ~AppDelegate();
+
+    /// Settles the activation policy from `showInDock`; a later change takes effect at the next start.
+    void applicationWillFinishLaunching();
+    void applicationDidFinishLaunching();
+    /// Stores that the session ended cleanly; nothing else needs closing.
+    void applicationWillTerminate();
+
+    ActivationPolicy activationPolicy() const { return m_activationPolicy; }
+
+    /// Told of each step of the launch as it begins.
+    std::function<void(LaunchStep)> onLaunchStep;
+
+private:
+    void launch(LaunchStep step);
+    void startClipboardMonitor();
+    void serveCommands();
+
+    Host m_host;
+    ActivationPolicy m_activationPolicy = ActivationPolicy::accessory;
+    NoHUD m_hud;
+    NoTextRecognition m_textRecognizer;
+    NoLinkPreviews m_linkPreviews;
+    std::unique_ptr<ClipboardMonitor> m_clipboardMonitor;
+    std::unique_ptr<CommandHandler> m_commandHandler;
+};
+
+} // namespace kestrova

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Kestrova/commandline/Command.h"
+#include "KestrovaCore/ModelContext.h"
+#include "Platform/SingleInstance.h"
+
+#include <functional>
+#include <memory>
+
+namespace kestrova {
+
+class HUDController;
+class ItemOperations;
+class MachineInfo;
+class ModelContainer;
+class Pasteboard;
+class UserDefaults;
+class Workspace;
+
+/// Carries out the commands of later starts in the running program, through the operations that the shelf
+/// uses. Main thread only.
+class CommandHandler {
+public:
+    /// All of it outlives the handler.
+    struct Surroundings {
+        ModelContainer& container;
+        Pasteboard& pasteboard;
+        const Workspace& workspace;
+        const UserDefaults& defaults;
+        const MachineInfo& machineInfo;
+        HUDController& hud;
+    };
+
+    explicit CommandHandler(const Surroundings& surroundings);
+    ~CommandHandler();
+
+    CommandReply run(const QStringList& arguments);
+
+    /// The program was told to end; the answer is still to be sent.
+    std::function<void()> onQuit;
+
+private:
+    CommandReply run(const StartCommand&);
+    CommandReply run(const HelpCommand&);
+    CommandReply run(const VersionCommand&);
+    CommandReply run(const ListCommand& command);
+    CommandReply run(const GetCommand& command);
+    CommandReply run(const CopyCommand& command);
+    CommandReply run(const AddCommand& command);
+    CommandReply run(const PinCommand& command);
+    CommandReply run(const DeleteCommand& command);
+    CommandReply run(const StatusCommand& command);
+    CommandReply run(const QuitCommand&);
+
+    Surroundings m_surroundings;
+    ModelContext m_context;
+    std::unique_ptr<ItemOperations> m_operations;
+};
+
+} // namespace kestrova

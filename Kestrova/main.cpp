@@ -1,0 +1,95 @@
+#include "Kestrova/AppDelegate.h"
+#include "Kestrova/CommandClient.h"
+#include "Kestrova/clipboard/ClipboardMonitor.h"
+#include "Kestrova/commandline/Command.h"
+#include "KestrovaCore/KovaStore.h"
+#include "Platform/x11/DesktopEntries.h"
+#include "Platform/x11/Display.h"
+#include "Platform/x11/InstanceClient.h"
+#include "Platform/x11/JsonUserDefaults.h"
+#include "Platform/x11/LinuxMachineInfo.h"
+#include "Platform/x11/LinuxSingleInstance.h"
+#include "Platform/x11/QtMainQueue.h"
+#include "Platform/x11/TerminationSignals.h"
+#include "Platform/x11/X11Pasteboard.h"
+#include "Platform/x11/X11Workspace.h"
+
+#include <QApplication>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+using namespace kestrova;
+
+namespace {
+
+QString programDirectory(QStandardPaths::StandardLocation location, const MachineInfo& machineInfo) {
+    return QStandardPaths::writableLocation(location) + u'/' + machineInfo.bundleIdentifier();
+}
+
+int refuseToStart(const QString& reason) {
+    std::fprintf(stderr, "kestrova: %s\n", qUtf8Printable(reason));
+    return ExitStatus::failure;
+}
+
+int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const MachineInfo& machineInfo) {
+    if (const auto missing = whyDisplayIsOutOfReach())
+        return refuseToStart(*missing);
+    KovaStore store(programDirectory(QStandardPaths::GenericDataLocation, machineInfo));
+    const auto container = store.container();
+    if (!container)
+        return refuseToStart(QStringLiteral("the history at %1 cannot be opened: %2. It was left as it is.")
+                                 .arg(store.filePath(), container.error().message));
+
+    chooseDisplayPlugin();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("kestrova"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Kestrova"));
+    QApplication::setDesktopFileName(machineInfo.bundleIdentifier());
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QtMainQueue mainQueue;
+    JsonUserDefaults defaults(programDirectory(QStandardPaths::GenericConfigLocation, machineInfo) +
+                              QStringLiteral("/defaults.json"));
+    DesktopEntries desktopEntries;
+    X11Pasteboard pasteboard(mainQueue, desktopEntries, machineInfo.bundleIdentifier(),
+                             ClipboardMonitor::imageFileExtensions());
+    X11Workspace workspace(desktopEntries, machineInfo.bundleIdentifier());
+    AppDelegate delegate({.modelContainer = *container.value(),
+                          .mainQueue = mainQueue,
+                          .pasteboard = pasteboard,
+                          .workspace = workspace,
+                          .defaults = defaults,
+                          .machineInfo = machineInfo,
+                          .singleInstance = singleInstance,
+                          .terminate = [] { QApplication::quit(); }});
+    const TerminationSignals signals([] { QApplication::quit(); });
+    delegate.applicationWillFinishLaunching();
+    delegate.applicationDidFinishLaunching();
+    const int status = QApplication::exec();
+    delegate.applicationWillTerminate();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    // Lines of the log are for people who look for one of ours; the prefix is part of the text.
+    qSetMessagePattern(QStringLiteral("%{message}"));
+    const LinuxMachineInfo machineInfo;
+    const QString dataDirectory = programDirectory(QStandardPaths::GenericDataLocation, machineInfo);
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+
+    const CommandClient client([&](const QStringList& words) -> std::optional<CommandReply> {
+        const QCoreApplication application(argc, argv);
+        return InstanceClient(dataDirectory).send(words);
+    });
+    if (const auto status = client.run(arguments))
+        return *status;
+    LinuxSingleInstance singleInstance(dataDirectory);
+    if (!singleInstance.claim())
+        return client.greetRunningProgram();
+    return runProgram(argc, argv, singleInstance, machineInfo);
+}
