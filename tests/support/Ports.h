@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Platform/MachineInfo.h"
+#include "Platform/SingleInstance.h"
+#include "Platform/Workspace.h"
+
+namespace kestrova {
+
+class FakeMachineInfo final : public MachineInfo {
+public:
+    QString bundleIdentifier() const override { return QStringLiteral("com.brelvane.Kestrova"); }
+    QString shortVersionString() const override { return QStringLiteral("1.2.3"); }
+};
+
+class FakeWorkspace final : public Workspace {
+public:
+    std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
+    QIcon icon(const RunningApplication&) const override { return {}; }
+
+    std::optional<RunningApplication> frontmost;
+};
+
+/// Takes commands straight from a test.
+class FakeSingleInstance final : public SingleInstance {
+public:
+    bool claim() override { return true; }
+    void serve() override { serves = true; }
+
+    bool serves = false;
+};
+
+} // namespace kestrova
