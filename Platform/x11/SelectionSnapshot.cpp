@@ -20,6 +20,13 @@ void dropOwnHost(QUrl& url) {
         url.setHost({});
 }
 
+// Some file managers and toolkits send the zero that ends a C string along.
+QByteArrayView withoutTerminator(QByteArrayView bytes) {
+    while (bytes.endsWith('\0'))
+        bytes.chop(1);
+    return bytes;
+}
+
 struct IsHeldBy {
     const SelectionSnapshot& snapshot;
 
@@ -52,7 +59,7 @@ bool holds(const SelectionSnapshot& snapshot, const PasteboardEntry& entry) {
 
 QList<QUrl> urlsFromList(QByteArrayView list) {
     QList<QUrl> urls;
-    for (const auto& rawLine : list.toByteArray().split('\n')) {
+    for (const auto& rawLine : withoutTerminator(list).toByteArray().split('\n')) {
         const auto line = rawLine.trimmed();
         if (line.isEmpty() || line.startsWith('#') || line.contains('\0'))
             continue;
@@ -66,8 +73,7 @@ QList<QUrl> urlsFromList(QByteArrayView list) {
 }
 
 QString textFromTarget(QByteArrayView target, QByteArrayView bytes) {
-    while (bytes.endsWith('\0'))
-        bytes.chop(1);
+    bytes = withoutTerminator(bytes);
     if (target == "STRING")
         return QString::fromLatin1(bytes);
     if (target == "text/plain" && !bytes.isValidUtf8())

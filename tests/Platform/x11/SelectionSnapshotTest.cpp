@@ -49,6 +49,8 @@ TEST(UrlListTest, GoodListsKeepTheirOrder) {
         {"file://localhost/a\r\n", {u"file:///a"_s}},
         {"file:///a%23b\r\n", {u"file:///a%23b"_s}},
         {"file:/a\r\n", {u"file:///a"_s}},
+        {QByteArray("file:///a\0", 10), {u"file:///a"_s}},
+        {QByteArray("file:///a\r\nfile:///b\r\n\0", 23), {u"file:///a"_s, u"file:///b"_s}},
     };
     for (const auto& row : rows)
         EXPECT_EQ(read(row.list), row.urls) << row.list.constData();
