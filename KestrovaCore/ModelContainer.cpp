@@ -297,8 +297,9 @@ void ModelContainer::take(ItemID id) {
     const auto known = m_itemsByID.find(id);
     if (known == m_itemsByID.end())
         return;
-    const auto range = std::ranges::equal_range(m_items, SavedItem{id, known->second}, OlderFirst{});
-    m_items.erase(range.begin(), range.end());
+    const auto [first, last] =
+        std::equal_range(m_items.begin(), m_items.end(), SavedItem{id, known->second}, OlderFirst{});
+    m_items.erase(first, last);
     m_itemsByID.erase(known);
 }
 

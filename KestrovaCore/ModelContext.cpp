@@ -5,7 +5,6 @@
 #include "KestrovaCore/ModelContainer.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace kestrova {
@@ -163,7 +162,9 @@ void ModelContext::forEachItem(
     std::ranges::sort(placed, [](const auto& a, const auto& b) { return standsBefore(*a, *b); });
 
     auto next = placed.begin();
-    for (const auto& [id, saved] : m_container.items() | std::views::reverse) {
+    const auto& committed = m_container.items();
+    for (auto newest = committed.rbegin(); newest != committed.rend(); ++newest) {
+        const auto& [id, saved] = *newest;
         while (next != placed.end() &&
                std::pair((*next)->createdAt(), (*next)->id()) > std::pair(saved->createdAt, id)) {
             if (!visit((*next)->id(), (*next)->m_values))

@@ -21,7 +21,7 @@ namespace {
 Q_LOGGING_CATEGORY(lcInstance, "kestrova.instance")
 
 // D-Bus ends a connection that sends an array of more than 64 MiB.
-constexpr qsizetype largestBusReply = 60 * 1024 * 1024;
+constexpr qsizetype largestBusReply = qsizetype{60} * 1024 * 1024;
 
 } // namespace
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr qsizetype largestForm = 1'000'000'000;
 // A promise is only that: no more room than this is made for it in advance.
-constexpr qsizetype largestAdvance = 64 * 1024 * 1024;
+constexpr qsizetype largestAdvance = qsizetype{64} * 1024 * 1024;
 
 } // namespace
 
