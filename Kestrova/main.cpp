@@ -10,6 +10,7 @@
 #include "Platform/x11/LinuxMachineInfo.h"
 #include "Platform/x11/LinuxSingleInstance.h"
 #include "Platform/x11/QtMainQueue.h"
+#include "Platform/x11/SessionBus.h"
 #include "Platform/x11/TerminationSignals.h"
 #include "Platform/x11/X11Pasteboard.h"
 #include "Platform/x11/X11Workspace.h"
@@ -41,6 +42,8 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
         return refuseToStart(QStringLiteral("the history at %1 cannot be opened: %2. It was left as it is.")
                                  .arg(store.filePath(), container.error().message));
 
+    holdTerminationSignals();
+    keepSessionBusFromBeingStarted();
     chooseDisplayPlugin();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kestrova"));

@@ -23,7 +23,7 @@ void makePrivate(const QString& directory, const QString& file) {
     if (!QFileInfo::exists(file))
         QFile(file).open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly);
     else
-        QFile::setPermissions(file, ownerOnly);
+        QFile::setPermissions(file, QFile::permissions(file) & ownerOnly);
 }
 
 QString withExtension(const QString& file, const QString& extension) {

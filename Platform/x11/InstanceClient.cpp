@@ -1,6 +1,7 @@
 #include "Platform/x11/InstanceClient.h"
 
 #include "Platform/x11/InstanceFiles.h"
+#include "Platform/x11/SessionBus.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

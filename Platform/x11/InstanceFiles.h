@@ -26,7 +26,4 @@ inline constexpr QLatin1StringView method{"Run"};
 inline constexpr QLatin1StringView tooLarge{"com.brelvane.Kestrova.Error.TooLarge"};
 } // namespace InstanceBus
 
-/// Whether the environment names a session bus. Asking the bus library itself could start one.
-bool hasSessionBus();
-
 } // namespace kestrova

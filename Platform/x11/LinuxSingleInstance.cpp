@@ -1,5 +1,7 @@
 #include "Platform/x11/LinuxSingleInstance.h"
 
+#include "Platform/x11/SessionBus.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -20,11 +20,15 @@ sigset_t terminationSignals() {
 
 } // namespace
 
+void holdTerminationSignals() {
+    const auto signals = terminationSignals();
+    // Threads that start later inherit it.
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
 TerminationSignals::TerminationSignals(std::function<void()> onTermination)
     : m_onTermination(std::move(onTermination)) {
     const auto signals = terminationSignals();
-    // Blocked, they wait to be read; threads that start later inherit that.
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     m_descriptor = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
     m_notifier = std::make_unique<QSocketNotifier>(m_descriptor, QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] {
@@ -37,8 +41,6 @@ TerminationSignals::TerminationSignals(std::function<void()> onTermination)
 TerminationSignals::~TerminationSignals() {
     m_notifier.reset();
     close(m_descriptor);
-    const auto signals = terminationSignals();
-    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
 } // namespace kestrova
