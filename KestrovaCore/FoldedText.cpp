@@ -1,5 +1,7 @@
 #include "KestrovaCore/FoldedText.h"
 
+#include "KestrovaCore/SubstringSearch.h"
+
 #include <QLocale>
 #include <QString>
 
@@ -9,7 +11,6 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace kestrova {
 namespace {
@@ -60,8 +61,30 @@ bool dotlessILanguage() {
     return turkic;
 }
 
-bool isAscii(QStringView text) {
-    return std::ranges::all_of(text, [](QChar character) { return character.unicode() < 0x80; });
+/// Characters that neither composition nor case folding of a neighbour can touch, and whose own folding is
+/// known: ASCII, Hangul syllables and the common ideographs. Most rows hold nothing else.
+bool isSimple(QChar character) {
+    const auto unit = character.unicode();
+    return unit < 0x80 || (unit >= 0xac00 && unit <= 0xd7a3) || (unit >= 0x4e00 && unit <= 0x9fff);
+}
+
+QByteArray foldedSimpleText(QStringView text) {
+    // All that is not ASCII here takes three bytes.
+    const auto ascii =
+        std::ranges::count_if(text, [](QChar character) { return character.unicode() < 0x80; });
+    QByteArray folded(text.size() * 3 - ascii * 2, Qt::Uninitialized);
+    char* out = folded.data();
+    for (const QChar character : text) {
+        const auto unit = character.unicode();
+        if (unit < 0x80) {
+            *out++ = static_cast<char>(unit >= u'A' && unit <= u'Z' ? unit + (u'a' - u'A') : unit);
+            continue;
+        }
+        *out++ = static_cast<char>(0xe0 | (unit >> 12));
+        *out++ = static_cast<char>(0x80 | ((unit >> 6) & 0x3f));
+        *out++ = static_cast<char>(0x80 | (unit & 0x3f));
+    }
+    return folded;
 }
 
 /// Whether `character` belongs to the character before it.
@@ -74,8 +97,8 @@ bool continuesCharacter(UChar32 character) {
 } // namespace
 
 QByteArray foldedForSearch(QStringView text) {
-    if (isAscii(text) && !dotlessILanguage())
-        return text.toLatin1().toLower();
+    if (!dotlessILanguage() && std::ranges::all_of(text, isSimple))
+        return foldedSimpleText(text);
     const QString canonical = composed(text);
     const auto options = dotlessILanguage() ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT;
     const QString folded = transformed(canonical, [&](UChar* target, std::int32_t room, UErrorCode* failure) {
@@ -83,7 +106,9 @@ QByteArray foldedForSearch(QStringView text) {
                              static_cast<std::uint32_t>(options), failure);
     });
     // Folding can take a composed letter apart.
-    return composed(folded).toUtf8();
+    QByteArray utf8 = composed(folded).toUtf8();
+    utf8.squeeze();
+    return utf8;
 }
 
 bool SearchTerm::isIn(const QByteArray& folded) const {

@@ -19,6 +19,7 @@ public:
     /// Whether `folded`, a result of `foldedForSearch`, holds the term as a run of whole characters: a letter
     /// is not found within the same letter under an accent, nor a syllable within one that has a further
     /// final consonant.
+    /// The term must not be empty.
     bool isIn(const QByteArray& folded) const;
 
 private:

@@ -154,6 +154,8 @@ void prepare(sqlite::Connection& connection) {
     connection.execute("PRAGMA foreign_keys = ON");
     // Pictures swell the log; the space comes back once it has been carried over.
     connection.execute("PRAGMA journal_size_limit = 16777216");
+    // Rows are read once and kept by us; pages that the database keeps as well would only take room. In KiB.
+    connection.execute("PRAGMA cache_size = -256");
 
     if (!missing(connection).empty()) {
         sqlite::Transaction transaction(connection);

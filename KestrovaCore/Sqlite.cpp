@@ -157,8 +157,11 @@ std::int64_t Statement::integer(int column) const {
 }
 
 QString Statement::text(int column) const {
-    const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(m_handle.get(), column));
-    return QString::fromUtf8(text, sqlite3_column_bytes(m_handle.get(), column));
+    const auto* const utf8 = reinterpret_cast<const char*>(sqlite3_column_text(m_handle.get(), column));
+    QString text = QString::fromUtf8(utf8, sqlite3_column_bytes(m_handle.get(), column));
+    // The conversion leaves room for a text without a single character of several bytes; rows stay in memory.
+    text.squeeze();
+    return text;
 }
 
 QByteArray Statement::bytes(int column) const {

@@ -151,10 +151,10 @@ Parsed parseCommand(const QStringList& arguments) {
 }
 
 QString helpText() {
-    QString text = QStringLiteral(
-        "Usage: kestrova [COMMAND]\n"
-        "Keeps what you copy. Without a command the program starts and keeps running;\n"
-        "with one, the program that runs carries it out.\n\n");
+    QString text =
+        QStringLiteral("Usage: kestrova [COMMAND]\n"
+                       "Keeps what you copy. Without a command the program starts and keeps running;\n"
+                       "with one, the program that runs carries it out.\n\n");
     for (const auto& verb : verbs)
         text += QStringLiteral("  %1 %2\n")
                     .arg(QString::fromLatin1(verb.usage), -42)

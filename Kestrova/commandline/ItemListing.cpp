@@ -63,10 +63,13 @@ Line line(const ClipboardItem& item) {
 } // namespace
 
 QByteArray jsonListing(std::span<const std::shared_ptr<ClipboardItem>> items) {
-    QJsonArray array;
-    for (const auto& item : items)
-        array.append(json(*item));
-    return QJsonDocument(array).toJson();
+    // Row by row: an array of all objects would take several times the room of its text.
+    QByteArray listing("[\n");
+    for (const auto& item : items) {
+        listing += QJsonDocument(json(*item)).toJson(QJsonDocument::Compact);
+        listing += item == items.back() ? "\n" : ",\n";
+    }
+    return listing + "]\n";
 }
 
 QByteArray tableListing(std::span<const std::shared_ptr<ClipboardItem>> items) {
