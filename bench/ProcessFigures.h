@@ -1,0 +1,14 @@
+#pragma once
+
+/// Each measures one thing of the whole program and prints its lines. They throw std::runtime_error if they
+/// cannot.
+namespace kestrova::bench {
+
+class Desktop;
+
+void measureStart(Desktop& desktop);
+void measureMemory(Desktop& desktop);
+void measureCopy(Desktop& desktop);
+void measureIdle(Desktop& desktop);
+
+} // namespace kestrova::bench
