@@ -2,6 +2,7 @@
 
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 #include "Kestrova/commandline/CommandHandler.h"
+#include "KestrovaCore/ModelContainer.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/SingleInstance.h"
@@ -11,9 +12,18 @@
 
 namespace kestrova {
 
+namespace {
+
+constexpr std::chrono::seconds scrubDelay{1};
+
+} // namespace
+
 AppDelegate::AppDelegate(Host host) : m_host(std::move(host)) {}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    m_host.modelContainer.onRowsDeleted = nullptr;
+    m_host.pasteboard.onPollDue = nullptr;
+}
 
 void AppDelegate::applicationWillFinishLaunching() {
     m_activationPolicy = m_host.defaults.boolean(QStringLiteral("showInDock")).value_or(false)
@@ -63,6 +73,14 @@ void AppDelegate::startClipboardMonitor() {
         .linkPreviews = m_linkPreviews,
     });
     m_clipboardMonitor->start();
+    // The log that the database keeps is cleared a moment later, once for all that is deleted meanwhile.
+    m_host.modelContainer.onRowsDeleted = [this] {
+        if (!m_scrub)
+            m_scrub = m_host.mainQueue.afterUnlessCancelled(scrubDelay, [this] {
+                m_scrub = {};
+                m_host.modelContainer.scrub();
+            });
+    };
     m_host.pasteboard.onPollDue = [this] { m_clipboardMonitor->poll(); };
 }
 

@@ -4,6 +4,7 @@
 #include "Kestrova/capture/HUDController.h"
 #include "Kestrova/clipboard/TextRecognizer.h"
 #include "Kestrova/services/LinkPreviewCache.h"
+#include "Platform/MainQueue.h"
 
 #include <functional>
 #include <memory>
@@ -13,7 +14,6 @@ namespace kestrova {
 class ClipboardMonitor;
 class CommandHandler;
 class MachineInfo;
-class MainQueue;
 class ModelContainer;
 class Pasteboard;
 class SingleInstance;
@@ -64,6 +64,7 @@ private:
     NoHUD m_hud;
     NoTextRecognition m_textRecognizer;
     NoLinkPreviews m_linkPreviews;
+    ScheduledBlock m_scrub;
     std::unique_ptr<ClipboardMonitor> m_clipboardMonitor;
     std::unique_ptr<CommandHandler> m_commandHandler;
 };

@@ -39,7 +39,7 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
     KovaStore store(programDirectory(QStandardPaths::GenericDataLocation, machineInfo));
     const auto container = store.container();
     if (!container)
-        return refuseToStart(QStringLiteral("the history at %1 cannot be opened: %2. It was left as it is.")
+        return refuseToStart(QStringLiteral("the history at %1 cannot be opened: %2.")
                                  .arg(store.filePath(), container.error().message));
 
     holdTerminationSignals();

@@ -3,7 +3,6 @@
 #include <QRegularExpression>
 #include <QString>
 #include <QTextBoundaryFinder>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -33,6 +32,40 @@ compiled(const QString& pattern,
     return expression;
 }
 
+// An address is taken apart by the generic syntax of RFC 3986, section 3, and not by a URL class: that would
+// judge the host's form, and any host will do. Nor does it matter what stands behind the host: people copy
+// addresses with stray percent signs and letters that are not encoded, which open all the same.
+
+bool hasWebScheme(QStringView text) {
+    const auto scheme = text.first(std::max(text.indexOf(u':'), qsizetype{0}));
+    return scheme.compare(u"http", Qt::CaseInsensitive) == 0 ||
+           scheme.compare(u"https", Qt::CaseInsensitive) == 0;
+}
+
+/// What stands between "//" and the path, the query, the fragment or the end; empty if there is none.
+QStringView authorityOf(QStringView text) {
+    const auto rest = text.sliced(text.indexOf(u':') + 1);
+    if (!rest.startsWith(u"//"))
+        return {};
+    const auto authority = rest.sliced(2);
+    const auto end = std::ranges::find_if(authority, [](QChar character) {
+        return character == u'/' || character == u'?' || character == u'#';
+    });
+    return authority.first(end - authority.begin());
+}
+
+bool hasHost(QStringView authority) {
+    const auto hostAndPort = authority.sliced(authority.lastIndexOf(u'@') + 1);
+    // The colons of an address in brackets are its own.
+    const auto colon = hostAndPort.indexOf(u':', std::max(hostAndPort.indexOf(u']'), qsizetype{0}));
+    const auto host = colon < 0 ? hostAndPort : hostAndPort.first(colon);
+    const auto port = colon < 0 ? QStringView() : hostAndPort.sliced(colon + 1);
+    const bool isBracketed = host.startsWith(u'[');
+    if (isBracketed != host.endsWith(u']') || host.size() <= (isBracketed ? 2 : 0))
+        return false;
+    return std::ranges::all_of(port, [](QChar character) { return character >= u'0' && character <= u'9'; });
+}
+
 } // namespace
 
 bool isColor(QStringView text) {
@@ -58,10 +91,7 @@ bool isURL(QStringView text) {
             return false;
     if (hasMoreCharactersThan(longestURL, candidate))
         return false;
-    // People copy addresses with a stray percent sign or with letters that are not encoded; they open all the
-    // same.
-    const QUrl url(candidate.toString(), QUrl::TolerantMode);
-    return url.isValid() && (url.scheme() == u"http" || url.scheme() == u"https") && !url.host().isEmpty();
+    return hasWebScheme(candidate) && hasHost(authorityOf(candidate));
 }
 
 } // namespace kestrova::ContentDetectors

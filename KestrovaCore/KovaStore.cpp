@@ -19,7 +19,7 @@ constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 void makePrivate(const QString& directory, const QString& file) {
     // What goes wrong here the opening that follows reports.
     QDir().mkpath(directory);
-    QFile::setPermissions(directory, ownerOnly | QFileDevice::ExeOwner);
+    QFile::setPermissions(directory, QFile::permissions(directory) & (ownerOnly | QFileDevice::ExeOwner));
     if (!QFileInfo::exists(file))
         QFile(file).open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly);
     else

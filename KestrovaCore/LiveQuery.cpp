@@ -42,7 +42,10 @@ LiveQuery<Record>::~LiveQuery() {
 
 template<typename Record>
 void LiveQuery<Record>::add(std::shared_ptr<Record> record) {
-    m_results.insert(std::ranges::upper_bound(m_results, record, byPlace), std::move(record));
+    const auto place = std::ranges::upper_bound(m_results, record, byPlace);
+    // A query that is made while others are told of a row has it already.
+    if (place == m_results.begin() || *std::prev(place) != record)
+        m_results.insert(place, std::move(record));
 }
 
 template<typename Record>

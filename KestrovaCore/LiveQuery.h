@@ -37,8 +37,9 @@ private:
     void move(const Record& record);
     bool holds(const Record& record) const;
     void changed() const {
-        if (onChange)
-            onChange();
+        // A copy: the query may go while it is told.
+        if (const auto tell = onChange)
+            tell();
     }
 
     ModelContext& m_context;

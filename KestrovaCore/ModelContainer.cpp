@@ -10,6 +10,8 @@
 #include <QLoggingCategory>
 #include <QSet>
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <tuple>
 #include <utility>
@@ -141,7 +143,11 @@ Result<std::unique_ptr<ModelContainer>, StoreError> ModelContainer::open(const Q
     try {
         return std::unique_ptr<ModelContainer>(new ModelContainer(path));
     } catch (const sqlite::SqliteError& failure) {
-        return failure.error;
+        auto error = failure.error;
+        // No call of ours is wrong in itself: the file has a format or a schema that only resembles ours.
+        if (failure.code == SQLITE_ERROR)
+            error.kind = StoreError::Kind::unusable;
+        return error;
     }
 }
 
@@ -211,11 +217,13 @@ Result<Done, StoreError> ModelContainer::refresh() {
 
 Result<Done, StoreError> ModelContainer::save(ModelContext& author, const UnsavedChanges& changes) {
     const auto versionBefore = m_dataVersion;
+    // Handles that somebody still holds keep their pictures when the rows go.
+    std::vector<std::shared_ptr<ClipboardItem>> keepers;
     try {
-        // A handle that somebody still holds keeps its picture when the row goes.
         for (const auto& item : changes.items.deleted)
             for (auto* const context : m_contexts)
-                context->keepImageData(item->id());
+                if (auto keeper = context->keepImageData(item->id()))
+                    keepers.push_back(std::move(keeper));
 
         sqlite::Transaction transaction(m_database->connection);
         const bool others = otherProcessesHaveSaved();
@@ -224,12 +232,17 @@ Result<Done, StoreError> ModelContainer::save(ModelContext& author, const Unsave
 
         author.adopt(changes, assigned);
         const auto change = apply(changes);
+        const bool rowsHaveGone = !change.items.deleted.empty() || !change.collections.deleted.empty();
         author.m_unsaved = {};
         tell(change, &author);
+        if (rowsHaveGone && onRowsDeleted)
+            onRowsDeleted();
         if (others)
             m_dataVersion = versionBefore;
     } catch (const sqlite::SqliteError& failure) {
         m_dataVersion = versionBefore;
+        for (const auto& keeper : keepers)
+            keeper->m_heldImageData.reset();
         qCWarning(lcStore).noquote().nospace()
             << "[KovaStore] save failed (" << failure.error.message << ").";
         return failure.error;
@@ -315,6 +328,17 @@ std::optional<QByteArray> ModelContainer::readImageData(ItemID id) {
         qCWarning(lcStore).noquote().nospace()
             << "[KovaStore] picture cannot be read (" << failure.error.message << ").";
         return std::nullopt;
+    }
+}
+
+void ModelContainer::scrub() {
+    try {
+        sqlite::Statement(m_database->connection, "PRAGMA wal_checkpoint(TRUNCATE)").step();
+    } catch (const sqlite::SqliteError& failure) {
+        // Somebody reads just now, or the disk fails; the next deletion brings another chance, and so does
+        // the end.
+        qCWarning(lcStore).noquote().nospace()
+            << "[KovaStore] log not cleared (" << failure.error.message << ").";
     }
 }
 

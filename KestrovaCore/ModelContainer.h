@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -40,6 +41,13 @@ public:
     ~ModelContainer();
 
     const QString& path() const { return m_path; }
+
+    /// Clears the database's log of what has been deleted; the file itself never keeps it. Waits for the
+    /// disk, so it is for a quiet moment after `onRowsDeleted`.
+    void scrub();
+
+    /// A save has deleted rows.
+    std::function<void()> onRowsDeleted;
 
 private:
     friend class ModelContext;

@@ -4,11 +4,28 @@
 #include "KestrovaCore/KovaCollection.h"
 #include "KestrovaCore/ModelContainer.h"
 
+#include <QLoggingCategory>
+
 #include <algorithm>
 #include <utility>
 
 namespace kestrova {
 namespace {
+
+Q_LOGGING_CATEGORY(lcStore, "kestrova.store")
+
+// A row of SQLite takes a billion bytes; some are for its small fields. One that is larger would make this
+// save and all that follow it fail.
+constexpr std::int64_t mostBytesInStore = 990'000'000;
+
+std::int64_t bytesInStore(const ClipboardItem& item) {
+    const auto bytes = [](const QString& text) -> std::int64_t {
+        // A unit takes three bytes at the most; only a text that could be too large is counted.
+        return text.size() < mostBytesInStore / 12 ? text.size() * 3 : text.toUtf8().size();
+    };
+    return bytes(item.content()) + bytes(item.ocrText().value_or(QString())) +
+           item.values().imageByteCount.value_or(0);
+}
 
 template<typename Record>
 bool holds(const std::vector<std::shared_ptr<Record>>& records, const Record& record) {
@@ -130,6 +147,8 @@ void ModelContext::remove(ClipboardItem& item) {
 }
 
 void ModelContext::remove(KovaCollection& collection) {
+    // The query that is told of it may hold the last handle.
+    const auto held = liveHandle(collection.id());
     removeRecord(collection);
     dropMemberships(collection.id());
 }
@@ -146,7 +165,16 @@ void ModelContext::dropMemberships(CollectionID collection) {
         tellQueries<ClipboardItem>();
 }
 
+void ModelContext::refuseWhatCannotBeStored() {
+    for (const auto& item : std::vector(m_unsaved.items.inserted))
+        if (bytesInStore(*item) > mostBytesInStore) {
+            qCWarning(lcStore, "[KovaStore] an item is too large for the store and is not kept.");
+            removeRecord(*item);
+        }
+}
+
 Result<Done, StoreError> ModelContext::save() {
+    refuseWhatCannotBeStored();
     if (m_unsaved.isEmpty())
         return Done{};
     return m_container.save(*this, m_unsaved);
@@ -171,14 +199,18 @@ void ModelContext::forEachItem(
                 return;
             ++next;
         }
-        if (m_unsaved.items.isEmpty()) {
+        if (m_unsaved.isEmpty()) {
             if (!visit(id, saved))
                 return;
             continue;
         }
         const auto item = liveHandle(id);
-        const bool elsewhere = item && (item->m_deleted || holds(placed, *item));
-        if (!elsewhere && !visit(id, item ? item->m_values : saved))
+        if (item && (item->m_deleted || holds(placed, *item)))
+            continue;
+        auto values = item ? item->m_values : saved;
+        for (const auto& collection : m_unsaved.collections.deleted)
+            values = withoutMembership(values, collection->id());
+        if (!visit(id, values))
             return;
     }
     for (; next != placed.end(); ++next)
@@ -305,21 +337,25 @@ std::optional<QByteArray> ModelContext::readImageData(ItemID id) const {
 
 template<typename Record>
 void ModelContext::tellQueries() {
-    for (const auto* const query : std::vector(queries<Record>()))
-        query->changed();
+    // Whoever is told may make and drop queries.
+    for (auto* const query : std::vector(queries<Record>()))
+        if (std::ranges::find(queries<Record>(), query) != queries<Record>().end())
+            query->changed();
 }
 
-void ModelContext::keepImageData(ItemID id) {
+std::shared_ptr<ClipboardItem> ModelContext::keepImageData(ItemID id) {
     const auto item = liveHandle(id);
     if (!item || item->m_heldImageData || !item->hasImageData())
-        return;
+        return nullptr;
     // Held by this function, by the queries, and as a deletion that is under way: whoever else holds it will
     // want to read it after the row has gone.
     const auto queries =
         std::ranges::count_if(m_itemQueries, [&](const auto* query) { return query->holds(*item); });
     const auto ownHolds = 1 + queries + (holds(m_unsaved.items.deleted, *item) ? 1 : 0);
-    if (item.use_count() > ownHolds)
-        item->m_heldImageData = m_container.readImageData(id);
+    if (item.use_count() <= ownHolds)
+        return nullptr;
+    item->m_heldImageData = m_container.readImageData(id);
+    return item;
 }
 
 void ModelContext::adopt(const UnsavedChanges& written, const AssignedIdentifiers& assigned) {

@@ -44,7 +44,7 @@ public:
 
     bool hasChanges() const { return !m_unsaved.isEmpty(); }
     /// Writes all unsaved changes in one transaction. On failure they stay, and the next save tries them
-    /// again.
+    /// again. A new item that is larger than the store can take is dropped with a log line.
     Result<Done, StoreError> save();
 
     /// The items that `descriptor` asks for, other processes' saves included.
@@ -82,7 +82,8 @@ private:
     std::vector<LiveQuery<Record>*>& queries();
 
     // Called by the container.
-    void keepImageData(ItemID id);
+    /// If somebody beside the store holds the item, reads its picture into the handle, which is the result.
+    std::shared_ptr<ClipboardItem> keepImageData(ItemID id);
     void adopt(const UnsavedChanges& changes, const AssignedIdentifiers& assigned);
     void merge(const StoreChange& change);
     template<typename Record>
@@ -108,6 +109,7 @@ private:
     template<typename Record>
     void tellQueries();
     void dropMemberships(CollectionID collection);
+    void refuseWhatCannotBeStored();
     /// Newest first, unsaved changes included, until `visit` answers false.
     void forEachItem(
         const std::function<bool(ItemID, const std::shared_ptr<const ClipboardItemValues>&)>& visit) const;

@@ -147,6 +147,8 @@ std::vector<std::string> missing(const sqlite::Connection& connection) {
 void prepare(sqlite::Connection& connection) {
     // Looked at before anything is written, so that a file that is not ours is moved aside as it was.
     missing(connection);
+    if (connection.isReadOnly())
+        refuse(QStringLiteral("the file is of a format that can only be read"));
 
     sqlite::Statement(connection, "PRAGMA journal_mode = WAL").step();
     connection.execute("PRAGMA synchronous = FULL");

@@ -40,7 +40,8 @@ SqliteError errorOf(sqlite3* handle, int code) {
     const int extended = handle ? sqlite3_extended_errcode(handle) : code;
     const int systemError = handle ? sqlite3_system_errno(handle) : 0;
     return {{kindOf(extended, systemError),
-             QString::fromUtf8(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(code))}};
+             QString::fromUtf8(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(code))},
+            extended};
 }
 
 } // namespace
@@ -62,8 +63,9 @@ Connection::Connection(const QString& path, std::chrono::milliseconds busyTimeou
     setBusyTimeout(busyTimeout);
     // SQLite falls back to reading alone where it may not write; a history that cannot be written is of no
     // use.
-    if (sqlite3_db_readonly(handle, "main") == 1)
-        throw SqliteError{{StoreError::Kind::denied, QStringLiteral("the file is read-only")}};
+    if (isReadOnly())
+        throw SqliteError{{StoreError::Kind::denied, QStringLiteral("the file is read-only")},
+                          SQLITE_READONLY};
 }
 
 void Connection::setBusyTimeout(std::chrono::milliseconds timeout) {
@@ -80,12 +82,12 @@ std::int64_t Connection::lastInsertedRow() const {
     return sqlite3_last_insert_rowid(handle());
 }
 
-int Connection::changedRows() const {
-    return sqlite3_changes(handle());
-}
-
 bool Connection::isInTransaction() const {
     return sqlite3_get_autocommit(handle()) == 0;
+}
+
+bool Connection::isReadOnly() const {
+    return sqlite3_db_readonly(handle(), "main") == 1;
 }
 
 void Statement::Finalize::operator()(sqlite3_stmt* handle) const {

@@ -19,6 +19,8 @@ namespace kestrova::sqlite {
 
 struct SqliteError {
     StoreError error;
+    /// SQLite's extended result code.
+    int code = 0;
 };
 
 class Connection {
@@ -32,8 +34,9 @@ public:
     /// Runs statements that give no rows.
     void execute(const char* sql);
     std::int64_t lastInsertedRow() const;
-    int changedRows() const;
     bool isInTransaction() const;
+    /// Whether the file cannot be written, for lack of rights or, once it has been read, for its format.
+    bool isReadOnly() const;
 
 private:
     struct Close {

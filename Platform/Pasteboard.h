@@ -84,7 +84,8 @@ public:
     virtual void pollFinished() = 0;
 
     /// Empties the pasteboard, takes it over and puts `entry` there. Entries that wait are polled first,
-    /// through `onPollDue`. When it returns, the counter has moved by one, or by none if the host refused.
+    /// through `onPollDue`. When it returns, the counter has moved by one for it. A host that
+    /// refuses is asked again for a moment, and then logged; the clipboard stays as it was.
     virtual void write(const PasteboardEntry& entry) = 0;
 
     /// Asks for a poll: an entry is ready. Set before the first event can arrive.

@@ -37,6 +37,12 @@ CommandReply unreadable(const StoreError& error) {
     return failed(QStringLiteral("the history cannot be read: %1").arg(error.message));
 }
 
+/// The change stands in memory and goes to disk with the next save; a script must know that it is not there
+/// yet.
+CommandReply unwritten(const StoreError& error) {
+    return failed(QStringLiteral("the history cannot be written yet: %1").arg(error.message));
+}
+
 } // namespace
 
 CommandHandler::CommandHandler(const Surroundings& surroundings)
@@ -92,11 +98,8 @@ CommandReply CommandHandler::run(const CopyCommand& command) {
     const auto item = m_context.item(command.id);
     if (!item)
         return unknown(command.id);
-    const auto before = m_surroundings.pasteboard.changeCount();
     m_operations->copy(item);
-    return m_surroundings.pasteboard.changeCount() == before
-               ? failed(QStringLiteral("the clipboard cannot be written"))
-               : CommandReply{};
+    return {};
 }
 
 CommandReply CommandHandler::run(const AddCommand& command) {
@@ -105,7 +108,7 @@ CommandReply CommandHandler::run(const AddCommand& command) {
                                         currentTimestamp(), false, ItemSource::clipboard);
     m_context.insert(item);
     if (const auto saved = m_context.save(); !saved)
-        return failed(QStringLiteral("the history cannot be written yet: %1").arg(saved.error().message));
+        return unwritten(saved.error());
     return printed(QStringLiteral("%1\n").arg(item->id().value));
 }
 
@@ -113,7 +116,8 @@ CommandReply CommandHandler::run(const PinCommand& command) {
     const auto item = m_context.item(command.id);
     if (!item)
         return unknown(command.id);
-    m_operations->togglePin(*item);
+    if (const auto saved = m_operations->togglePin(*item); !saved)
+        return unwritten(saved.error());
     return printed(item->pinned() ? QStringLiteral("pinned\n") : QStringLiteral("unpinned\n"));
 }
 
@@ -121,8 +125,8 @@ CommandReply CommandHandler::run(const DeleteCommand& command) {
     const auto item = m_context.item(command.id);
     if (!item)
         return unknown(command.id);
-    m_operations->deleteItem(*item);
-    return {};
+    const auto saved = m_operations->deleteItem(*item);
+    return saved ? CommandReply{} : unwritten(saved.error());
 }
 
 CommandReply CommandHandler::run(const StatusCommand& command) {
@@ -156,7 +160,7 @@ CommandReply CommandHandler::run(const StatusCommand& command) {
                        .arg(items.value())
                        .arg(pinned.value())
                        .arg(monitors ? QStringLiteral("recorded") : QStringLiteral("not recorded"))
-                       .arg(front ? front->localizedName : QStringLiteral("-"))
+                       .arg(front ? oneLine(front->localizedName) : QStringLiteral("-"))
                        .arg(m_surroundings.container.path()));
 }
 

@@ -57,7 +57,7 @@ Line line(const ClipboardItem& item) {
         kind += QStringLiteral(" %1×%2").arg(*item.width()).arg(*item.height());
     return {QString::number(item.id().value) + (item.pinned() ? QStringLiteral("*") : QString()),
             local.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), kind,
-            item.sourceApp().value_or(QStringLiteral("-")), oneLine(item.content())};
+            oneLine(item.sourceApp().value_or(QStringLiteral("-"))), oneLine(item.content())};
 }
 
 } // namespace
@@ -91,16 +91,16 @@ QByteArray tableListing(std::span<const std::shared_ptr<ClipboardItem>> items) {
     return table.toUtf8();
 }
 
-QString oneLine(const QString& content) {
+QString oneLine(const QString& text) {
     constexpr qsizetype longest = 120;
-    QString text = content.left(longest);
-    if (content.size() > longest && text.back().isHighSurrogate())
-        text.chop(1);
-    for (QChar& character : text)
+    QString line = text.left(longest);
+    if (text.size() > longest && line.back().isHighSurrogate())
+        line.chop(1);
+    for (QChar& character : line)
         if (character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
             character == QChar::ParagraphSeparator)
             character = u' ';
-    return text.trimmed();
+    return line.trimmed();
 }
 
 } // namespace kestrova

@@ -17,7 +17,7 @@ QByteArray jsonListing(std::span<const std::shared_ptr<ClipboardItem>> items);
 /// A table for people, one line an item.
 QByteArray tableListing(std::span<const std::shared_ptr<ClipboardItem>> items);
 
-/// The item's content on one line: cut after 120 characters, line breaks as blanks, trimmed.
-QString oneLine(const QString& content);
+/// A text of any origin on one line of a terminal: cut after 120 characters, line breaks as blanks, trimmed.
+QString oneLine(const QString& text);
 
 } // namespace kestrova

@@ -14,19 +14,14 @@ void ItemOperations::copy(const std::shared_ptr<ClipboardItem>& item) {
     m_hud.show(HUDEvent::copied, item);
 }
 
-void ItemOperations::togglePin(ClipboardItem& item) {
+Result<Done, StoreError> ItemOperations::togglePin(ClipboardItem& item) {
     item.setPinned(!item.pinned());
-    save();
+    return m_context.save();
 }
 
-void ItemOperations::deleteItem(ClipboardItem& item) {
+Result<Done, StoreError> ItemOperations::deleteItem(ClipboardItem& item) {
     m_context.remove(item);
-    save();
-}
-
-void ItemOperations::save() {
-    // The store has logged a failure and tries again with the next save.
-    static_cast<void>(m_context.save());
+    return m_context.save();
 }
 
 } // namespace kestrova

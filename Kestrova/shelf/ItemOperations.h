@@ -1,5 +1,8 @@
 #pragma once
 
+#include "KestrovaCore/Result.h"
+#include "KestrovaCore/StoreError.h"
+
 #include <memory>
 
 namespace kestrova {
@@ -9,8 +12,9 @@ class HUDController;
 class ModelContext;
 class Pasteboard;
 
-/// What a person can do to one item of the history, from whichever surface. Each change is saved; a save that
-/// fails is ignored, and the change stands in memory. Main thread only.
+/// What a person can do to one item of the history, from whichever surface. Each change is saved at once;
+/// where that fails it stands in memory and is saved with the next one, and who asked may tell of it or not.
+/// Main thread only.
 class ItemOperations {
 public:
     /// The items are those of `context`.
@@ -19,13 +23,11 @@ public:
 
     /// Puts the item on the pasteboard, marks that as an own write, and shows the toast.
     void copy(const std::shared_ptr<ClipboardItem>& item);
-    void togglePin(ClipboardItem& item);
+    Result<Done, StoreError> togglePin(ClipboardItem& item);
     /// The row goes at once; there is no confirmation.
-    void deleteItem(ClipboardItem& item);
+    Result<Done, StoreError> deleteItem(ClipboardItem& item);
 
 private:
-    void save();
-
     ModelContext& m_context;
     Pasteboard& m_pasteboard;
     HUDController& m_hud;

@@ -1,6 +1,6 @@
 #include "Kestrova/state/Reactions.h"
 
-#include <cassert>
+#include <QtGlobal>
 
 namespace kestrova {
 namespace {
@@ -10,24 +10,23 @@ constexpr int mostPasses = 100;
 
 } // namespace
 
-void Reactions::settle() {
+bool Reactions::settle() {
     bool anyChanged = false;
     for (int pass = 0;; ++pass) {
-        assert(pass < mostPasses);
+        if (pass == mostPasses)
+            qFatal("The reactions of a state holder feed each other without end.");
         // All fields are looked at before the first reaction runs: what a reaction changes belongs to the
         // next pass.
         std::vector<Field*> changed;
         for (const auto& field : m_watched)
             if (field->hasChanged())
                 changed.push_back(field.get());
-        if (changed.empty() || pass >= mostPasses)
-            break;
+        if (changed.empty())
+            return anyChanged;
         anyChanged = true;
         for (auto* const field : changed)
             field->react();
     }
-    if (anyChanged && onSettled)
-        onSettled();
 }
 
 } // namespace kestrova

@@ -35,10 +35,16 @@ public:
     /// handler: the outermost one does the rest.
     template<std::invocable Handler>
     void perform(Handler&& handler) {
-        const Entry entry(*this);
-        std::forward<Handler>(handler)();
-        if (m_depth == 1)
-            settle();
+        bool settledOnAChange = false;
+        {
+            const Entry entry(*this);
+            std::forward<Handler>(handler)();
+            if (m_depth == 1)
+                settledOnAChange = settle();
+        }
+        // Outside: whoever paints may enter the holder again.
+        if (settledOnAChange && onSettled)
+            onSettled();
     }
 
     /// Called at the end of each outermost `perform` in which a watched value changed: the moment to paint.
@@ -85,7 +91,8 @@ private:
         int& depth;
     };
 
-    void settle();
+    /// Whether anything had changed.
+    bool settle();
 
     std::vector<std::unique_ptr<Field>> m_watched;
     int m_depth = 0;

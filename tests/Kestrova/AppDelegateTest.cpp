@@ -7,6 +7,8 @@
 #include "tests/support/Ports.h"
 #include "tests/support/StoreFixture.h"
 
+#include <QFile>
+
 #include <vector>
 
 namespace kestrova {
@@ -76,6 +78,20 @@ TEST_F(AppDelegateTest, ACopyFromTheHistoryMakesNoRow) {
     EXPECT_EQ(m_instance.onCommand({QStringLiteral("copy"), QStringLiteral("1")}).exitStatus, 0);
     m_queue.advance(1s);
     EXPECT_EQ(savedContents(*m_container).size(), 1);
+}
+
+TEST_F(AppDelegateTest, ClearsTheLogOfWhatWasDeletedASecondLater) {
+    m_delegate.applicationDidFinishLaunching();
+    m_pasteboard.copyElsewhere(QStringLiteral("very-secret-words"));
+    m_instance.onCommand({QStringLiteral("delete"), QStringLiteral("1")});
+    const auto log = [&] {
+        QFile file(storeFile() + QStringLiteral("-wal"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    EXPECT_TRUE(log().contains("very-secret-words"));
+    m_queue.advance(1s);
+    EXPECT_FALSE(log().contains("very-secret-words"));
 }
 
 TEST_F(AppDelegateTest, QuitEndsTheProgramATurnAfterItsAnswer) {

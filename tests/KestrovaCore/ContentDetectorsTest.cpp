@@ -52,20 +52,25 @@ TEST_P(IsURL, AnswersAsTheTableSays) {
 
 INSTANTIATE_TEST_SUITE_P(
     Table, IsURL,
-    testing::Values(Case{u"https://example.com", true}, Case{u"HTTP://EXAMPLE.COM/", true},
-                    Case{u"http://word", true}, Case{u"\n https://example.com/a?b=c#d \n", true},
-                    Case{u"https://user:pw@host:8080/x", true}, Case{u"http://[::1]/", true},
-                    Case{u"https://ko.wikipedia.org/wiki/한국", true},
-                    Case{u"https://example.com/100%", true}, Case{u"https://한국.example", true},
-                    Case{u"see https://example.com", false}, Case{u"https://exa mple.com", false},
-                    Case{u"https://example.com/a\u00a0b", false},
-                    Case{u"https://example.com\nhttps://b.com", false}, Case{u"https:///path", false},
-                    Case{u"https://", false}, Case{u"http:", false}, Case{u"https:example.com", false},
-                    Case{u"example.com", false}, Case{u"www.example.com", false},
-                    Case{u"ftp://example.com", false}, Case{u"file:///etc/hosts", false},
-                    Case{u"mailto:a@example.com", false}, Case{u"javascript:alert(1)", false},
-                    Case{u"httpx://example.com", false}, Case{u"http://[::1", false}, Case{u"", false},
-                    Case{u" \t\n", false}));
+    testing::Values(
+        Case{u"https://example.com", true}, Case{u"HTTP://EXAMPLE.COM/", true}, Case{u"http://word", true},
+        Case{u"\n https://example.com/a?b=c#d \n", true}, Case{u"https://user:pw@host:8080/x", true},
+        Case{u"http://[::1]/", true}, Case{u"https://ko.wikipedia.org/wiki/한국", true},
+        Case{u"https://example.com/100%", true}, Case{u"https://한국.example", true},
+        // No check is made of the host's form.
+        Case{u"http://foo..bar/", true}, Case{u"http://-foo/", true}, Case{u"http://a*b/", true},
+        Case{u"http://localhost:99999/", true}, Case{u"http://a:/", true}, Case{u"http://a?b:c", true},
+        Case{u"http://user@host", true}, Case{u"http://user@", false}, Case{u"http://:80/", false},
+        Case{u"http://a:80b/", false}, Case{u"http://[]/", false}, Case{u"http://[::1]:80/", true},
+        Case{u"http://?a", false}, Case{u"http://#a", false}, Case{u":", false}, Case{u"http", false},
+        Case{u"see https://example.com", false}, Case{u"https://exa mple.com", false},
+        Case{u"https://example.com/a\u00a0b", false}, Case{u"https://example.com\nhttps://b.com", false},
+        Case{u"https:///path", false}, Case{u"https://", false}, Case{u"http:", false},
+        Case{u"https:example.com", false}, Case{u"example.com", false}, Case{u"www.example.com", false},
+        Case{u"ftp://example.com", false}, Case{u"file:///etc/hosts", false},
+        Case{u"mailto:a@example.com", false}, Case{u"javascript:alert(1)", false},
+        Case{u"httpx://example.com", false}, Case{u"http://[::1", false}, Case{u"", false},
+        Case{u" \t\n", false}));
 
 TEST(IsURLTest, TwoThousandCharactersPassAndOneMoreDoesNot) {
     const QString start = QStringLiteral("https://example.com/");

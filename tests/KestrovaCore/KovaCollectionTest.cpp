@@ -62,6 +62,39 @@ TEST_F(KovaCollectionTest, DeletingACollectionLeavesItsTwentyItemsWithoutIt) {
     EXPECT_TRUE(fresh.itemsOf(doomed->id()).empty());
 }
 
+TEST_F(KovaCollectionTest, ACollectionThatIsRemovedAndNotYetSavedHasNoMembersHere) {
+    const auto group = collection(QStringLiteral("group"), 1);
+    const auto id = member(QStringLiteral("x"), 1, {group})->id();
+    ASSERT_TRUE(m_context.save());
+    EXPECT_NE(id, ItemID{});
+    m_context.remove(*group);
+    EXPECT_TRUE(m_context.itemsOf(group->id()).empty());
+    const auto isMember = [&](const ClipboardItemValues& values) {
+        return values.collections && !values.collections->empty();
+    };
+    EXPECT_EQ(m_context.fetchCount({.predicate = isMember}).value(), 0u);
+}
+
+TEST_F(KovaCollectionTest, ACollectionThatOnlyAQueryHoldsMayBeRemoved) {
+    const CollectionQuery query(m_context);
+    collection(QStringLiteral("only in the query"), 1);
+    m_context.remove(*query.results().front());
+    EXPECT_TRUE(query.results().empty());
+}
+
+TEST_F(KovaCollectionTest, AnItemThatIsThereAlreadyCanBePutIntoACollectionThatIsSavedWithIt) {
+    const auto item = makeText(QStringLiteral("x"), 1);
+    m_context.insert(item);
+    ASSERT_TRUE(m_context.save());
+    const auto group = collection(QStringLiteral("group"), 1);
+    item->setCollections(std::vector{group});
+    ASSERT_TRUE(m_context.save());
+    ModelContext elsewhere(*m_container);
+    EXPECT_EQ(namesOf(*item), QStringList{QStringLiteral("group")});
+    EXPECT_EQ(namesOf(*elsewhere.item(item->id())), QStringList{QStringLiteral("group")});
+    EXPECT_EQ(m_context.itemsOf(group->id()).size(), 1u);
+}
+
 TEST_F(KovaCollectionTest, DeletingAnItemTakesItOutOfItsCollections) {
     const auto group = collection(QStringLiteral("group"), 1);
     const auto item = member(QStringLiteral("x"), 1, {group});

@@ -132,6 +132,36 @@ TEST_F(KovaStoreTest, AStoreThatIsDamagedWithinItsRowsIsMovedAside) {
     expectMovedAside(bytes);
 }
 
+/// Offsets and meanings as in SQLite's "Database File Format", section 1.3.
+TEST_F(KovaStoreTest, AStoreInAFormatThatTheDatabaseDoesNotKnowIsMovedAside) {
+    struct Row {
+        int offset;
+        char value;
+    };
+    for (const auto& [offset, value] : {Row{47, 9}, Row{18, 3}}) {
+        QDir(directory()).removeRecursively();
+        {
+            KovaStore store(directory());
+            expectUsable(store);
+        }
+        auto bytes = read(QStringLiteral("store.sqlite"));
+        bytes[offset] = value;
+        write(QStringLiteral("store.sqlite"), bytes);
+        expectMovedAside(bytes);
+    }
+}
+
+TEST_F(KovaStoreTest, AViewThatBearsTheNameOfATableIsAForeignSchema) {
+    QDir().mkpath(directory());
+    {
+        ForeignConnection foreign(file(QStringLiteral("store.sqlite")));
+        foreign.execute(
+            "CREATE VIEW ClipboardItem AS SELECT 1 AS id, 'x' AS content, 1 AS createdAt, 0 AS pinned");
+        foreign.execute("PRAGMA user_version = 1");
+    }
+    expectMovedAside(read(QStringLiteral("store.sqlite")));
+}
+
 TEST_F(KovaStoreTest, ATruncatedStoreIsMovedAside) {
     {
         KovaStore store(directory());

@@ -1,5 +1,8 @@
 #include "tests/support/StoreFixture.h"
 
+#include <memory>
+#include <optional>
+
 namespace kestrova {
 namespace {
 
@@ -104,6 +107,35 @@ TEST_F(LiveQueryTest, TakesInTheRowsOfAnotherProcessAtTheNextFetch) {
     EXPECT_EQ(contents(query), list({"ours"}));
     ASSERT_TRUE(m_here.fetch({.limit = 1}));
     EXPECT_EQ(contents(query), list({"theirs", "ours"}));
+}
+
+TEST_F(LiveQueryTest, AQueryThatIsMadeWhileOthersAreToldShowsEachRowOnce) {
+    ModelContext later(*m_container);
+    std::optional<ItemQuery> made;
+    ItemQuery there(m_there);
+    there.onChange = [&] {
+        if (!made)
+            made.emplace(later);
+    };
+    insert(m_here, "a", 1);
+    ASSERT_TRUE(m_here.save());
+    ASSERT_TRUE(made);
+    EXPECT_EQ(contents(*made), list({"a"}));
+}
+
+TEST_F(LiveQueryTest, WhoIsToldMayDropAnotherQueryAndItself) {
+    auto second = std::make_unique<ItemQuery>(m_here);
+    auto first = std::make_unique<ItemQuery>(m_here);
+    int told = 0;
+    const auto dropBoth = [&] {
+        ++told;
+        first.reset();
+        second.reset();
+    };
+    first->onChange = dropBoth;
+    second->onChange = dropBoth;
+    insert(m_here, "a", 1);
+    EXPECT_EQ(told, 1);
 }
 
 } // namespace

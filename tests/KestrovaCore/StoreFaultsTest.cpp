@@ -1,3 +1,4 @@
+#include "KestrovaCore/Schema.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/StoreFixture.h"
 
@@ -55,8 +56,20 @@ TEST_F(StoreFaultsTest, ADeletionThatCannotBeSavedStandsInMemoryAndIsSavedLater)
 TEST_F(StoreFaultsTest, TheDatabaseIsSetUpToLoseAndLeakNothing) {
     m_context.insert(makeText(QStringLiteral("a"), 1));
     ASSERT_TRUE(m_context.save());
+    // These hold for a connection, so one that is set up as the store's own is asked.
+    sqlite::Connection own(storeFile(), std::chrono::seconds{1});
+    Schema::prepare(own);
+    const auto pragma = [&](const char* sql) {
+        sqlite::Statement statement(own, sql);
+        EXPECT_TRUE(statement.step());
+        return statement.text(0);
+    };
+    EXPECT_EQ(pragma("PRAGMA journal_mode"), u"wal");
+    EXPECT_EQ(pragma("PRAGMA synchronous"), u"2");
+    EXPECT_EQ(pragma("PRAGMA secure_delete"), u"1");
+    EXPECT_EQ(pragma("PRAGMA foreign_keys"), u"1");
+
     ForeignConnection reader(storeFile());
-    EXPECT_EQ(reader.value("PRAGMA journal_mode"), u"wal");
     EXPECT_EQ(reader.value(
                   "SELECT count(*) FROM sqlite_schema WHERE type = 'index' AND tbl_name = 'ClipboardItem'"),
               u"0");
@@ -69,15 +82,53 @@ TEST_F(StoreFaultsTest, TheDatabaseIsSetUpToLoseAndLeakNothing) {
 }
 
 TEST_F(StoreFaultsTest, WhatIsDeletedIsNotLeftReadableInTheFile) {
+    int deletions = 0;
+    m_container->onRowsDeleted = [&] { ++deletions; };
     const auto item = makeText(QStringLiteral("very-secret-words"), 1);
     m_context.insert(item);
     ASSERT_TRUE(m_context.save());
     m_context.remove(*item);
     ASSERT_TRUE(m_context.save());
-    ForeignConnection(storeFile()).execute("PRAGMA wal_checkpoint(TRUNCATE)");
-    QFile file(storeFile());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_FALSE(file.readAll().contains("very-secret-words"));
+    EXPECT_EQ(deletions, 1);
+    m_container->scrub();
+    for (const auto& name : {storeFile(), storeFile() + QStringLiteral("-wal")}) {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_FALSE(file.readAll().contains("very-secret-words")) << name.toStdString();
+    }
+}
+
+TEST_F(StoreFaultsTest, AFailedDeletionLeavesNoPictureBehindInOtherHandles) {
+    const auto item = makeText(QStringLiteral("Image"), 1);
+    item->setImageData(QByteArray("first"));
+    m_context.insert(item);
+    ASSERT_TRUE(m_context.save());
+    ModelContext elsewhere(*m_container);
+    ModelContext third(*m_container);
+    const auto held = elsewhere.item(item->id());
+    const LogCapture log;
+    {
+        ForeignConnection holder(storeFile());
+        holder.execute("BEGIN IMMEDIATE");
+        const auto doomed = third.item(item->id());
+        third.remove(*doomed);
+        ASSERT_FALSE(third.save());
+    }
+    item->setImageData(QByteArray("second"));
+    ASSERT_TRUE(m_context.save());
+    EXPECT_EQ(held->imageData(), QByteArray("second"));
+}
+
+TEST_F(StoreFaultsTest, AnItemTooLargeForTheStoreIsDroppedAndCostsTheOthersNothing) {
+    const auto item = makeText(QStringLiteral("Image"), 1);
+    item->setImageData(QByteArray(1'000'000'000, '\0'));
+    m_context.insert(item);
+    m_context.insert(makeText(QStringLiteral("small"), 2));
+    const LogCapture log;
+    ASSERT_TRUE(m_context.save());
+    EXPECT_EQ(log.lines().size(), 1);
+    EXPECT_TRUE(item->isDeleted());
+    EXPECT_EQ(savedContents(*m_container), QStringList{QStringLiteral("small")});
 }
 
 } // namespace

@@ -37,8 +37,6 @@ void FakePasteboard::pollFinished() {
 }
 
 void FakePasteboard::write(const PasteboardEntry& entry) {
-    if (m_refusesWrites)
-        return;
     if (!m_headIsPolled && onPollDue)
         onPollDue();
     m_written.push_back(entry);

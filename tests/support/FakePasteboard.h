@@ -35,8 +35,6 @@ public:
     int readersAsked() const { return m_readersAsked; }
     int pollsFinished() const { return m_pollsFinished; }
     const std::vector<PasteboardEntry>& written() const { return m_written; }
-    /// From now on the host refuses writes.
-    void refuseWrites() { m_refusesWrites = true; }
 
     std::int64_t changeCount() const override { return m_changeCount; }
     std::optional<QStringList> types() const override { return m_head.types; }
@@ -61,7 +59,6 @@ private:
     bool m_headIsPolled = true;
     std::deque<Entry> m_waiting;
     std::vector<PasteboardEntry> m_written;
-    bool m_refusesWrites = false;
     int m_pollsFinished = 0;
     mutable int m_readersAsked = 0;
 };

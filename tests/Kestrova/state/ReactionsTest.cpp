@@ -132,6 +132,16 @@ TEST_F(ReactionsTest, AHandlerThatThrowsLeavesTheNextOneWorking) {
     EXPECT_EQ(log, (Log{"a:0>1", "b:0>1", "settled"}));
 }
 
+TEST_F(ReactionsTest, WhoPaintsMayEnterTheHolderAgain) {
+    reactions.onSettled = [this] {
+        log.push_back("settled");
+        if (a == 1)
+            reactions.perform([&] { a = 2; });
+    };
+    reactions.perform([&] { a = 1; });
+    EXPECT_EQ(log, (Log{"a:0>1", "settled", "a:1>2", "settled"}));
+}
+
 TEST_F(ReactionsTest, WhatChangedOutsideAnEntryIsSeenByTheNextOne) {
     a = 1;
     EXPECT_TRUE(log.empty());
@@ -147,7 +157,7 @@ TEST(ReactionsDeathTest, ATableThatNeverComesToRestIsABrokenInvariant) {
             reactions.when([&] { return field; }, [&](int, int to) { field = to + 1; });
             reactions.perform([&] { field = 1; });
         },
-        "");
+        "without end");
 }
 
 } // namespace
