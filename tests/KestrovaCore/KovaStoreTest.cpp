@@ -36,6 +36,14 @@ protected:
         context.insert(makeText(QStringLiteral("new"), 1));
         EXPECT_TRUE(context.save());
     }
+    void makeStoreOfManyPages() {
+        KovaStore store(directory());
+        ASSERT_TRUE(store.container());
+        ModelContext context(*store.container().value());
+        for (int i = 0; i < 200; ++i)
+            context.insert(makeText(QString(400, u'x'), i));
+        ASSERT_TRUE(context.save());
+    }
     void expectMovedAside(const QByteArray& old) {
         KovaStore store(directory(), fixedNow);
         const LogCapture log;
@@ -117,14 +125,7 @@ TEST_F(KovaStoreTest, AStoreOfANewerVersionIsMovedAside) {
 }
 
 TEST_F(KovaStoreTest, AStoreThatIsDamagedWithinItsRowsIsMovedAside) {
-    {
-        KovaStore store(directory());
-        ASSERT_TRUE(store.container());
-        ModelContext context(*store.container().value());
-        for (int i = 0; i < 200; ++i)
-            context.insert(makeText(QString(400, u'x'), i));
-        ASSERT_TRUE(context.save());
-    }
+    makeStoreOfManyPages();
     auto bytes = read(QStringLiteral("store.sqlite"));
     ASSERT_GT(bytes.size(), 40000);
     bytes.replace(20000, 16000, QByteArray(16000, '\x55'));
@@ -163,14 +164,7 @@ TEST_F(KovaStoreTest, AViewThatBearsTheNameOfATableIsAForeignSchema) {
 }
 
 TEST_F(KovaStoreTest, ATruncatedStoreIsMovedAside) {
-    {
-        KovaStore store(directory());
-        ASSERT_TRUE(store.container());
-        ModelContext context(*store.container().value());
-        for (int i = 0; i < 200; ++i)
-            context.insert(makeText(QString(400, u'x'), i));
-        ASSERT_TRUE(context.save());
-    }
+    makeStoreOfManyPages();
     const auto half = read(QStringLiteral("store.sqlite")).left(40'000);
     write(QStringLiteral("store.sqlite"), half);
     expectMovedAside(half);

@@ -37,6 +37,11 @@ TEST_F(RealProgramsTest, TextOfAProgramWithoutAWindowHasNoSourceWhenNothingIsInF
     expectNewest(textRow(u"  from a pipe\n"_s, u"text"_s, QJsonValue::Null));
 }
 
+TEST_F(RealProgramsTest, TheStatusNamesTheProgramInFront) {
+    copyFromEditor(session, "a note");
+    EXPECT_EQ(program.status()[u"frontmostApplication"], u"org.xfce.mousepad"_s);
+}
+
 TEST_F(RealProgramsTest, AWebAddressIsRecordedAsSuch) {
     copyFromTerminal(session, "HTTPS://example.org/a?b=c#d", u"UTF8_STRING"_s);
     expectNewest(textRow(u"HTTPS://example.org/a?b=c#d"_s, u"url"_s, QJsonValue::Null));
