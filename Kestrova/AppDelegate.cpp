@@ -15,6 +15,8 @@ namespace kestrova {
 namespace {
 
 constexpr std::chrono::seconds scrubDelay{1};
+// Well under a millisecond.
+constexpr std::size_t rowsFoldedATurn = 200;
 
 } // namespace
 
@@ -39,6 +41,14 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     // Last: whoever asks finds a program that is all there.
     serveCommands();
+    foldForSearch(0);
+}
+
+void AppDelegate::foldForSearch(std::size_t from) {
+    m_folding = m_host.mainQueue.afterUnlessCancelled(MainQueue::Duration::zero(), [this, from] {
+        if (m_host.modelContainer.foldForSearch(from, rowsFoldedATurn))
+            foldForSearch(from + rowsFoldedATurn);
+    });
 }
 
 void AppDelegate::launch(LaunchStep step) {

@@ -58,6 +58,8 @@ private:
     void launch(LaunchStep step);
     void startClipboardMonitor();
     void serveCommands();
+    /// A slice a turn, so that nobody waits for it.
+    void foldForSearch(std::size_t from);
 
     Host m_host;
     ActivationPolicy m_activationPolicy = ActivationPolicy::accessory;
@@ -65,6 +67,7 @@ private:
     NoTextRecognition m_textRecognizer;
     NoLinkPreviews m_linkPreviews;
     ScheduledBlock m_scrub;
+    ScheduledBlock m_folding;
     std::unique_ptr<ClipboardMonitor> m_clipboardMonitor;
     std::unique_ptr<CommandHandler> m_commandHandler;
 };

@@ -115,8 +115,7 @@ bool SearchTerm::isIn(const QByteArray& folded) const {
     const char* const end = folded.constData() + folded.size();
     const auto length = static_cast<std::size_t>(m_folded.size());
     for (const char* from = folded.constData();;) {
-        const auto* const hit = static_cast<const char*>(
-            memmem(from, static_cast<std::size_t>(end - from), m_folded.constData(), length));
+        const char* const hit = findBytes(from, end, m_folded.constData(), length);
         if (!hit)
             return false;
         const char* const behind = hit + length;

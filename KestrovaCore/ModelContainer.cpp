@@ -331,6 +331,16 @@ std::optional<QByteArray> ModelContainer::readImageData(ItemID id) {
     }
 }
 
+bool ModelContainer::foldForSearch(std::size_t from, std::size_t count) const {
+    const auto end = std::min(m_items.size(), from + count);
+    for (auto i = from; i < end; ++i) {
+        const auto& values = *m_items[i].values;
+        values.foldedContent.of(values.content);
+        values.foldedOcrText.of(values.ocrText.value_or(QString()));
+    }
+    return from < end;
+}
+
 void ModelContainer::scrub() {
     try {
         sqlite::Statement(m_database->connection, "PRAGMA wal_checkpoint(TRUNCATE)").step();

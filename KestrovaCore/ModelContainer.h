@@ -42,6 +42,10 @@ public:
 
     const QString& path() const { return m_path; }
 
+    /// Makes the searchable forms of up to `count` rows, beginning behind the `from` oldest ones, so that the
+    /// first search need not. False if no rows are left there.
+    bool foldForSearch(std::size_t from, std::size_t count) const;
+
     /// Clears the database's log of what has been deleted; the file itself never keeps it. Waits for the
     /// disk, so it is for a quiet moment after `onRowsDeleted`.
     void scrub();

@@ -23,6 +23,7 @@ public:
             m_folded = foldedForSearch(text);
         return m_folded;
     }
+    bool isMade() const { return !m_folded.isNull(); }
     void forget() { m_folded = {}; }
     bool operator==(const FoldedForm&) const { return true; }
 

@@ -9,6 +9,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <vector>
 
 namespace kestrova {
@@ -92,6 +93,25 @@ TEST_F(AppDelegateTest, ClearsTheLogOfWhatWasDeletedASecondLater) {
     EXPECT_TRUE(log().contains("very-secret-words"));
     m_queue.advance(1s);
     EXPECT_FALSE(log().contains("very-secret-words"));
+}
+
+TEST_F(AppDelegateTest, PreparesTheSearchInSlicesAfterTheLaunch) {
+    ModelContext context(*m_container);
+    for (int i = 0; i < 450; ++i)
+        context.insert(makeText(QStringLiteral("row %1").arg(i), i));
+    ASSERT_TRUE(context.save());
+    const ItemQuery rows(context);
+    const auto folded = [&] {
+        return std::ranges::count_if(rows.results(),
+                                     [](const auto& item) { return item->values().foldedContent.isMade(); });
+    };
+    m_delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(folded(), 0);
+    m_queue.turn();
+    EXPECT_EQ(folded(), 200);
+    for (int turn = 0; turn < 5; ++turn)
+        m_queue.turn();
+    EXPECT_EQ(folded(), 450);
 }
 
 TEST_F(AppDelegateTest, QuitEndsTheProgramATurnAfterItsAnswer) {
