@@ -47,8 +47,10 @@ DefaultsObservation UserDefaults::observe(const QString& key, Observer observer)
 }
 
 void UserDefaults::notify(const QString& key) {
-    // An observer may add and end observations, its own among them: walk by number, not by iterator.
-    for (auto next = m_observers.begin(); next != m_observers.end();) {
+    // An observer may add and end observations, its own among them: walk by number, not by iterator, and not
+    // on to those that are added meanwhile.
+    const auto last = m_lastObserver;
+    for (auto next = m_observers.begin(); next != m_observers.end() && next->first <= last;) {
         const auto id = next->first;
         if (next->second.first == key) {
             const auto observer = next->second.second;

@@ -36,12 +36,13 @@ QByteArray request(const QString& socketFile, const QStringList& arguments) {
     qint32 exitStatus = 0;
     QByteArray output;
     QByteArray errors;
+    quint64 size = 0;
     do {
         if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())) &&
             socket.bytesAvailable() == 0)
             throw std::runtime_error("no answer from " + socketFile.toStdString());
         stream.startTransaction();
-        stream >> exitStatus >> output >> errors;
+        stream >> size >> exitStatus >> output >> errors;
     } while (!stream.commitTransaction());
     if (exitStatus != 0)
         throw std::runtime_error("refused: " + errors.toStdString());

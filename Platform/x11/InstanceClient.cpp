@@ -13,7 +13,6 @@
 #include <QThread>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 namespace kestrova {
@@ -23,7 +22,19 @@ using namespace std::chrono_literals;
 
 // Long enough for a start that waits for a busy store, short enough for a person at a terminal.
 constexpr auto startDeadline = 15s;
-constexpr auto answerDeadline = 60s;
+
+CommandReply noAnswer() {
+    return {1, {}, "kestrova: the running program does not answer\n"};
+}
+
+/// Waits until `size` bytes can be read; false if they do not come.
+bool arrives(QLocalSocket& socket, quint64 size, const QDeadlineTimer& deadline) {
+    const auto isThere = [&] { return static_cast<quint64>(socket.bytesAvailable()) >= size; };
+    while (!isThere())
+        if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
+            return isThere();
+    return true;
+}
 
 std::int64_t lockHolder(const QString& lockFile) {
     QFile file(lockFile);
@@ -37,9 +48,12 @@ bool InstanceClient::isRunning() const {
         open(QFile::encodeName(InstanceFiles(m_dataDirectory).lock).constData(), O_RDONLY | O_CLOEXEC);
     if (lock < 0)
         return false;
-    const bool held = flock(lock, LOCK_SH | LOCK_NB) != 0;
+    struct flock asked {};
+    asked.l_type = F_WRLCK;
+    asked.l_whence = SEEK_SET;
+    const bool isHeld = fcntl(lock, F_OFD_GETLK, &asked) == 0 && asked.l_type != F_UNLCK;
     close(lock);
-    return held;
+    return isHeld;
 }
 
 std::optional<CommandReply> InstanceClient::send(const QStringList& arguments) const {
@@ -66,8 +80,7 @@ std::optional<CommandReply> InstanceClient::sendByBus(const QStringList& argumen
     auto call = QDBusMessage::createMethodCall(InstanceBus::service, InstanceBus::path,
                                                InstanceBus::interface, InstanceBus::method);
     call.setArguments({arguments});
-    const auto reply =
-        bus.call(call, QDBus::Block, static_cast<int>(std::chrono::milliseconds(answerDeadline).count()));
+    const auto reply = bus.call(call, QDBus::Block, static_cast<int>(m_answerDeadline.count()));
     if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == u"iayay")
         return CommandReply{reply.arguments()[0].toInt(), reply.arguments()[1].toByteArray(),
                             reply.arguments()[2].toByteArray()};
@@ -79,7 +92,7 @@ std::optional<CommandReply> InstanceClient::sendByBus(const QStringList& argumen
                                     QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod")};
     if (notCarriedOut.contains(reply.errorName()))
         return std::nullopt;
-    return CommandReply{1, {}, "kestrova: the running program does not answer\n"};
+    return noAnswer();
 }
 
 std::optional<CommandReply> InstanceClient::sendBySocket(const QStringList& arguments) const {
@@ -90,18 +103,18 @@ std::optional<CommandReply> InstanceClient::sendBySocket(const QStringList& argu
     QDataStream stream(&socket);
     stream.setVersion(QDataStream::Qt_6_4);
     stream << arguments;
-    const QDeadlineTimer deadline(answerDeadline);
+    const QDeadlineTimer deadline(m_answerDeadline);
+    quint64 size = 0;
+    if (!arrives(socket, sizeof size, deadline))
+        return noAnswer();
+    stream >> size;
+    if (!arrives(socket, size, deadline))
+        return noAnswer();
     qint32 exitStatus = 0;
     CommandReply reply;
-    do {
-        if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())) &&
-            socket.bytesAvailable() == 0)
-            return CommandReply{1, {}, "kestrova: the running program does not answer\n"};
-        stream.startTransaction();
-        stream >> exitStatus >> reply.standardOutput >> reply.standardError;
-    } while (!stream.commitTransaction());
+    stream >> exitStatus >> reply.standardOutput >> reply.standardError;
     reply.exitStatus = exitStatus;
-    return reply;
+    return stream.status() == QDataStream::Ok ? reply : noAnswer();
 }
 
 } // namespace kestrova

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -13,7 +14,10 @@ namespace kestrova {
 /// Hands the arguments of a later start to the running instance of the same history.
 class InstanceClient {
 public:
-    explicit InstanceClient(QString dataDirectory) : m_dataDirectory(std::move(dataDirectory)) {}
+    /// `answerDeadline` is how long a running instance may take over one command.
+    explicit InstanceClient(QString dataDirectory,
+                            std::chrono::milliseconds answerDeadline = std::chrono::seconds{60})
+        : m_dataDirectory(std::move(dataDirectory)), m_answerDeadline(answerDeadline) {}
 
     /// Whether an instance runs.
     bool isRunning() const;
@@ -27,6 +31,7 @@ private:
     std::optional<CommandReply> sendBySocket(const QStringList& arguments) const;
 
     QString m_dataDirectory;
+    std::chrono::milliseconds m_answerDeadline;
 };
 
 } // namespace kestrova

@@ -18,7 +18,7 @@ Q_LOGGING_CATEGORY(lcDefaults, "kestrova.defaults")
 } // namespace
 
 JsonUserDefaults::JsonUserDefaults(QString path) : m_path(std::move(path)) {
-    const auto fileOrFolderChanged = [this] { reload(); };
+    const auto fileOrFolderChanged = [this] { reload(MissingFile::MeansNoValues); };
     QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_watcher, fileOrFolderChanged);
     QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_watcher, fileOrFolderChanged);
     // The folder must be there to be watched, and it holds nothing for others.
@@ -26,7 +26,7 @@ JsonUserDefaults::JsonUserDefaults(QString path) : m_path(std::move(path)) {
     if (!QFileInfo::exists(folder) && QDir().mkpath(folder))
         QFile::setPermissions(folder,
                               QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    reload();
+    reload(MissingFile::MeansNoValues);
 }
 
 QJsonValue JsonUserDefaults::object(const QString& key) const {
@@ -35,16 +35,20 @@ QJsonValue JsonUserDefaults::object(const QString& key) const {
 
 void JsonUserDefaults::set(const QString& key, const QJsonValue& value) {
     // What was edited by hand a moment ago must not be overwritten with what was read before.
-    reload();
+    // An editor that replaces the file may just have removed it.
+    reload(MissingFile::ChangesNothing);
     if (m_values.value(key) == value)
         return;
     m_values.insert(key, value);
-    if (!write())
+    m_unwritten.insert(key, value);
+    if (write())
+        m_unwritten.clear();
+    else
         qCWarning(lcDefaults).noquote() << "[UserDefaults] cannot write" << m_path;
     notify(key);
 }
 
-void JsonUserDefaults::reload() {
+void JsonUserDefaults::reload(MissingFile missingFile) {
     watch();
     QFile file(m_path);
     const bool opened = file.open(QIODevice::ReadOnly);
@@ -52,7 +56,12 @@ void JsonUserDefaults::reload() {
         qCWarning(lcDefaults).noquote() << "[UserDefaults] cannot read" << m_path;
         return;
     }
+    if (!opened && missingFile == MissingFile::ChangesNothing)
+        return;
     const auto bytes = opened ? file.readAll() : QByteArray{};
+    // An editor may be between emptying the file and filling it.
+    if (opened && bytes.trimmed().isEmpty() && !m_values.isEmpty())
+        return;
     const auto document = QJsonDocument::fromJson(bytes);
     const bool broken = !bytes.trimmed().isEmpty() && !document.isObject();
     if (broken && !m_fileIsBroken)
@@ -62,6 +71,8 @@ void JsonUserDefaults::reload() {
     if (broken)
         return;
     const auto before = std::exchange(m_values, document.object());
+    for (auto it = m_unwritten.begin(); it != m_unwritten.end(); ++it)
+        m_values.insert(it.key(), it.value());
     for (auto it = before.begin(); it != before.end(); ++it)
         if (m_values.value(it.key()) != it.value())
             notify(it.key());

@@ -14,8 +14,9 @@
 #include <QLoggingCategory>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 namespace kestrova {
 namespace {
@@ -81,8 +82,16 @@ bool LinuxSingleInstance::claim() {
         qCWarning(lcInstance).noquote() << "[Instance] cannot open" << m_files.lock;
         return true;
     }
-    if (flock(m_lock, LOCK_EX | LOCK_NB) != 0)
-        return false;
+    // A lock of the open file, not of the process: it can be asked for without being taken, so that whoever
+    // looks for the instance never stands in its way. It goes when the process does.
+    struct flock wanted {};
+    wanted.l_type = F_WRLCK;
+    wanted.l_whence = SEEK_SET;
+    if (fcntl(m_lock, F_OFD_SETLK, &wanted) != 0) {
+        if (errno == EAGAIN || errno == EACCES)
+            return false;
+        qCWarning(lcInstance).noquote() << "[Instance] cannot lock" << m_files.lock;
+    }
     const auto pid = QByteArray::number(QCoreApplication::applicationPid());
     if (ftruncate(m_lock, 0) != 0 ||
         pwrite(m_lock, pid.constData(), static_cast<size_t>(pid.size()), 0) != pid.size())
@@ -121,7 +130,13 @@ void LinuxSingleInstance::answer(QLocalSocket& socket) {
     if (!stream.commitTransaction())
         return;
     const auto reply = onCommand(arguments);
-    stream << qint32{reply.exitStatus} << reply.standardOutput << reply.standardError;
+    QByteArray answer;
+    QDataStream packed(&answer, QIODevice::WriteOnly);
+    packed.setVersion(stream.version());
+    packed << qint32{reply.exitStatus} << reply.standardOutput << reply.standardError;
+    // Its size first: the client can then wait for the whole of it.
+    stream << static_cast<quint64>(answer.size());
+    socket.write(answer);
     // A quit may be all that follows.
     socket.flush();
     socket.disconnectFromServer();

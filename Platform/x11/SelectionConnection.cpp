@@ -95,6 +95,10 @@ XcbReply<xcb_generic_event_t> SelectionConnection::nextEvent() {
     return XcbReply<xcb_generic_event_t>{xcb_poll_for_event(m_connection)};
 }
 
+XcbReply<xcb_generic_event_t> SelectionConnection::nextQueuedEvent() {
+    return XcbReply<xcb_generic_event_t>{xcb_poll_for_queued_event(m_connection)};
+}
+
 bool SelectionConnection::isOwnerNotice(const xcb_generic_event_t& event) const {
     constexpr std::uint8_t sentByClient = 0x80;
     // A client may send such an event itself, but only the server's own are not marked as sent.

@@ -50,6 +50,8 @@ public:
     void flush();
     /// The next event that has arrived; null if there is none.
     XcbReply<xcb_generic_event_t> nextEvent();
+    /// The next event that has been read from the server already.
+    XcbReply<xcb_generic_event_t> nextQueuedEvent();
     /// Whether the event is a notice of a change of hands.
     bool isOwnerNotice(const xcb_generic_event_t& event) const;
 

@@ -11,17 +11,17 @@ namespace kestrova {
 
 namespace {
 
-constexpr qsizetype largestForm = 1'000'000'000;
 // A promise is only that: no more room than this is made for it in advance.
 constexpr qsizetype largestAdvance = qsizetype{64} * 1024 * 1024;
 
 } // namespace
 
 SelectionConversion::SelectionConversion(SelectionConnection& connection, QByteArray target, xcb_atom_t atom,
-                                         xcb_timestamp_t time)
+                                         xcb_timestamp_t time, qsizetype largest)
     : m_connection(connection),
       m_target(std::move(target)),
       m_atom(atom),
+      m_largest(largest),
       m_requestor(connection.takeRequestor()),
       m_sequence(connection.convert(m_requestor, atom, time)) {}
 
@@ -36,7 +36,7 @@ bool SelectionConversion::onAnswer(const xcb_selection_notify_event_t& event) {
     if (event.requestor != m_requestor || event.target != m_atom || m_state != State::Asked)
         return false;
     auto answer =
-        event.property == XCB_ATOM_NONE ? std::nullopt : m_connection.takeAnswer(m_requestor, largestForm);
+        event.property == XCB_ATOM_NONE ? std::nullopt : m_connection.takeAnswer(m_requestor, m_largest);
     if (!answer) {
         m_state = State::Refused;
     } else if (answer->type == m_connection.atoms().incr) {
@@ -54,7 +54,7 @@ void SelectionConversion::startArriving(const QByteArray& promise) {
     std::uint32_t promised = 0;
     std::memcpy(&promised, promise.constData(), std::min<std::size_t>(sizeof promised, promise.size()));
     m_promised = promised;
-    m_bytes.reserve(std::min(m_promised, largestAdvance));
+    m_bytes.reserve(std::min({m_promised, m_largest, largestAdvance}));
 }
 
 bool SelectionConversion::onProperty(const xcb_property_notify_event_t& event) {
@@ -63,7 +63,7 @@ bool SelectionConversion::onProperty(const xcb_property_notify_event_t& event) {
     if (m_state != State::Arriving || event.state != XCB_PROPERTY_NEW_VALUE ||
         event.atom != m_connection.atoms().answer)
         return true;
-    const auto piece = m_connection.takeAnswer(m_requestor, largestForm - m_bytes.size());
+    const auto piece = m_connection.takeAnswer(m_requestor, m_largest - m_bytes.size());
     if (!piece)
         return true;
     if (piece->tooLarge) {

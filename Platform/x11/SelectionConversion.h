@@ -23,9 +23,9 @@ public:
         TooLarge,
     };
 
-    /// Asks at once. `time` is when the owner became the owner.
+    /// Asks at once. `time` is when the owner became the owner; more than `largest` bytes are not taken.
     SelectionConversion(SelectionConnection& connection, QByteArray target, xcb_atom_t atom,
-                        xcb_timestamp_t time);
+                        xcb_timestamp_t time, qsizetype largest);
     SelectionConversion(const SelectionConversion&) = delete;
     SelectionConversion& operator=(const SelectionConversion&) = delete;
     ~SelectionConversion();
@@ -36,7 +36,6 @@ public:
 
     State state() const { return m_state; }
     bool isOver() const { return m_state != State::Asked && m_state != State::Arriving; }
-    const QByteArray& target() const { return m_target; }
     /// Of the request among all of the connection.
     std::uint32_t sequence() const { return m_sequence; }
     /// The unit of `bytes` in bits.
@@ -49,6 +48,7 @@ private:
     SelectionConnection& m_connection;
     const QByteArray m_target;
     const xcb_atom_t m_atom;
+    const qsizetype m_largest;
     const xcb_window_t m_requestor;
     const std::uint32_t m_sequence;
     State m_state = State::Asked;

@@ -18,6 +18,10 @@ constexpr auto wholeFetch = 5s;
 // What is on its way when the next owner comes; entries wait for their turn, so that the next one is held up
 // by it.
 constexpr auto afterSuperseded = 250ms;
+// The store takes a billion bytes a row, and Latin-1 doubles as UTF-8.
+constexpr qsizetype largestForm = 480'000'000;
+// Room for a quarter of a million targets; real owners offer some dozens.
+constexpr qsizetype largestTargets = 1'000'000;
 // Some owners hand large forms to one requestor at a time.
 constexpr auto untilAskedAgain = 50ms;
 
@@ -115,7 +119,7 @@ std::optional<FetchedSelection> SelectionFetch::take() {
 
 void SelectionFetch::ask(const QByteArray& target, xcb_atom_t atom) {
     m_conversion.reset();
-    m_conversion.emplace(m_connection, target, atom, m_time);
+    m_conversion.emplace(m_connection, target, atom, m_time, m_plan ? largestForm : largestTargets);
 }
 
 void SelectionFetch::askNext() {

@@ -68,7 +68,11 @@ void SelectionReader::run() {
                       "[Pasteboard] The X server has gone: copies of other programs are no longer seen");
             return;
         }
-        wait();
+        // Sending may have read events as well; those would not wake the wait.
+        if (const auto event = m_connection.nextQueuedEvent())
+            dispatch(*event);
+        else
+            wait();
     }
 }
 
@@ -83,19 +87,23 @@ void SelectionReader::wait() const {
 }
 
 void SelectionReader::dispatchEvents() {
-    constexpr std::uint8_t typeMask = 0x7f;
     while (!m_stop) {
         const auto event = m_connection.nextEvent();
         if (!event)
             return;
-        if (m_connection.isOwnerNotice(*event))
-            onOwnerNotice(*event);
-        else if ((event->response_type & typeMask) == XCB_SELECTION_NOTIFY)
-            onAnswer(reinterpret_cast<const xcb_selection_notify_event_t&>(*event));
-        else if ((event->response_type & typeMask) == XCB_PROPERTY_NOTIFY)
-            onProperty(reinterpret_cast<const xcb_property_notify_event_t&>(*event));
-        deliver();
+        dispatch(*event);
     }
+}
+
+void SelectionReader::dispatch(const xcb_generic_event_t& event) {
+    constexpr std::uint8_t typeMask = 0x7f;
+    if (m_connection.isOwnerNotice(event))
+        onOwnerNotice(event);
+    else if ((event.response_type & typeMask) == XCB_SELECTION_NOTIFY)
+        onAnswer(reinterpret_cast<const xcb_selection_notify_event_t&>(event));
+    else if ((event.response_type & typeMask) == XCB_PROPERTY_NOTIFY)
+        onProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+    deliver();
 }
 
 void SelectionReader::onOwnerNotice(const xcb_generic_event_t& event) {

@@ -38,6 +38,7 @@ public:
 private:
     void run();
     void dispatchEvents();
+    void dispatch(const xcb_generic_event_t& event);
     void onOwnerNotice(const xcb_generic_event_t& event);
     void onAnswer(const xcb_selection_notify_event_t& event);
     void onProperty(const xcb_property_notify_event_t& event);

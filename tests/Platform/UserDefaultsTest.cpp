@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <vector>
+
 namespace kestrova {
 namespace {
 
@@ -62,6 +65,21 @@ TEST(UserDefaultsTest, AnObserverMayEndItselfAndOthersWhileItIsTold) {
     defaults.set(key, 1);
     defaults.set(key, 2);
     EXPECT_EQ(told, 1);
+}
+
+TEST(UserDefaultsTest, AnObserverThatObservesAgainIsToldOnceAChange) {
+    InMemoryUserDefaults defaults;
+    int told = 0;
+    std::vector<DefaultsObservation> observations;
+    std::function<void()> again = [&] {
+        ++told;
+        observations.push_back(defaults.observe(key, again));
+    };
+    observations.push_back(defaults.observe(key, again));
+    defaults.set(key, 1);
+    EXPECT_EQ(told, 1);
+    defaults.set(key, 2);
+    EXPECT_EQ(told, 3);
 }
 
 } // namespace

@@ -102,6 +102,40 @@ TEST_F(JsonUserDefaultsTest, AnEditThatBreaksTheFileLeavesTheValuesAsTheyWere) {
     EXPECT_EQ(defaults.integer(key), 1);
 }
 
+TEST_F(JsonUserDefaultsTest, AChangeWhileAnEditorHasEmptiedOrRemovedTheFileKeepsTheOtherValues) {
+    JsonUserDefaults defaults(path());
+    defaults.set(key, 1);
+    writeByHand("");
+    defaults.set(QStringLiteral("second"), 2);
+    QFile::remove(path());
+    defaults.set(QStringLiteral("third"), 3);
+    const JsonUserDefaults read(path());
+    EXPECT_EQ(read.integer(key), 1);
+    EXPECT_EQ(read.integer(QStringLiteral("second")), 2);
+    EXPECT_EQ(read.integer(QStringLiteral("third")), 3);
+}
+
+TEST_F(JsonUserDefaultsTest, ValuesThatCannotBeWrittenHoldUntilTheEndAndAreWrittenAsSoonAsThatWorks) {
+    // A file stands where the folder should be.
+    QFile obstacle(m_directory.filePath(QStringLiteral("config")));
+    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
+    const LogCapture log;
+    JsonUserDefaults defaults(path());
+    defaults.set(key, 1);
+    defaults.set(QStringLiteral("second"), 2);
+    EXPECT_EQ(defaults.integer(key), 1);
+    EXPECT_EQ(defaults.integer(QStringLiteral("second")), 2);
+    EXPECT_EQ(log.lines().size(), 2);
+    obstacle.remove();
+    writeByHand(R"({"byHand": true, "key": 7})");
+    defaults.set(QStringLiteral("third"), 3);
+    const JsonUserDefaults read(path());
+    EXPECT_EQ(read.integer(key), 1);
+    EXPECT_EQ(read.integer(QStringLiteral("second")), 2);
+    EXPECT_EQ(read.integer(QStringLiteral("third")), 3);
+    EXPECT_EQ(read.boolean(QStringLiteral("byHand")), true);
+}
+
 TEST_F(JsonUserDefaultsTest, AValueThatCannotBeWrittenHoldsUntilTheEndAndIsLogged) {
     // A folder stands where the file should be.
     QDir().mkpath(path());

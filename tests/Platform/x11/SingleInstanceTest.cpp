@@ -6,11 +6,14 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QFile>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <optional>
 #include <thread>
 
@@ -27,11 +30,12 @@ protected:
 
     QString directory() const { return m_root.filePath(QStringLiteral("data")); }
     /// Sends from another thread, as another process would, while this one serves.
-    std::optional<CommandReply> send(const QStringList& arguments) {
+    std::optional<CommandReply> send(const QStringList& arguments,
+                                     std::chrono::milliseconds answerDeadline = std::chrono::seconds{60}) {
         std::optional<CommandReply> reply;
         std::atomic<bool> done = false;
         std::thread client([&] {
-            reply = InstanceClient(directory()).send(arguments);
+            reply = InstanceClient(directory(), answerDeadline).send(arguments);
             done = true;
         });
         while (!done)
@@ -89,6 +93,55 @@ TEST_F(SingleInstanceTest, ASocketThatAKilledInstanceLeftBehindIsTakenOver) {
 
 TEST_F(SingleInstanceTest, WithoutAnInstanceThereIsNoAnswerAndNoWait) {
     EXPECT_EQ(InstanceClient(directory()).send({QStringLiteral("status")}), std::nullopt);
+}
+
+TEST_F(SingleInstanceTest, LookingForTheInstanceDoesNotStandInItsWay) {
+    std::atomic<bool> done = false;
+    {
+        LinuxSingleInstance makesTheFolder(directory());
+        ASSERT_TRUE(makesTheFolder.claim());
+    }
+    std::thread looking([&] {
+        while (!done)
+            InstanceClient(directory()).isRunning();
+    });
+    int refused = 0;
+    for (int i = 0; i < 5'000; ++i) {
+        LinuxSingleInstance instance(directory());
+        refused += instance.claim() ? 0 : 1;
+    }
+    done = true;
+    looking.join();
+    EXPECT_EQ(refused, 0);
+}
+
+/// An instance that holds the lock but whose socket answers with `bytes` and then, if told so, closes.
+struct BrokenInstance {
+    BrokenInstance(const QString& directory, const QByteArray& bytes, bool closes) : lock(directory) {
+        EXPECT_TRUE(lock.claim());
+        EXPECT_TRUE(server.listen(directory + QStringLiteral("/socket")));
+        QObject::connect(&server, &QLocalServer::newConnection, &server, [this, bytes, closes] {
+            auto* const socket = server.nextPendingConnection();
+            socket->write(bytes);
+            socket->flush();
+            if (closes)
+                socket->disconnectFromServer();
+        });
+    }
+    LinuxSingleInstance lock;
+    QLocalServer server;
+};
+
+TEST_F(SingleInstanceTest, AnInstanceThatBreaksOffOrStaysSilentIsAnError) {
+    for (const bool closes : {true, false})
+        for (const auto& bytes :
+             {QByteArray(), QByteArray(3, '\0'), QByteArray("\0\0\0\0\0\0\0\x40 part", 13)}) {
+            const BrokenInstance broken(directory(), bytes, closes);
+            const auto reply = send({QStringLiteral("status")}, std::chrono::milliseconds{200});
+            ASSERT_TRUE(reply);
+            EXPECT_EQ(reply->exitStatus, 1);
+            EXPECT_TRUE(reply->standardError.contains("does not answer"));
+        }
 }
 
 TEST_F(SingleInstanceTest, NobodyElseMayTalkToIt) {
