@@ -23,8 +23,9 @@ public:
     void set(const QString& key, const QJsonValue& value) override;
 
 private:
-    /// Reads the file again and tells the observers of what has changed.
     enum class MissingFile { MeansNoValues, ChangesNothing };
+
+    /// Reads the file again and tells the observers of what has changed.
     void reload(MissingFile missingFile);
     void watch();
     bool write();

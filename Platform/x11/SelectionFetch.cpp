@@ -137,9 +137,10 @@ void SelectionFetch::askNext() {
 
 void SelectionFetch::conversionEnded(Clock::time_point now) {
     const bool isWhole = m_conversion->state() == SelectionConversion::State::Whole;
+    const bool isTooLarge = m_conversion->state() == SelectionConversion::State::TooLarge;
     if (!m_plan) {
         if (!isWhole)
-            return end("it refused");
+            return end(isTooLarge ? "it offers too much" : "it refused");
         planFromTargets();
         return askNext();
     }
@@ -151,8 +152,7 @@ void SelectionFetch::conversionEnded(Clock::time_point now) {
         m_askAgainAt = now + untilAskedAgain;
         return;
     } else {
-        m_reason =
-            m_conversion->state() == SelectionConversion::State::TooLarge ? "it is too large" : "it refused";
+        m_reason = isTooLarge ? "it is too large" : "it refused";
         qCWarning(lcPasteboard, "[Pasteboard] %s of a copy could not be had: %s",
                   m_requests.front().target.constData(), m_reason);
     }

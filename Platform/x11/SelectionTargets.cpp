@@ -86,9 +86,9 @@ SelectionPlan planFor(const QList<QByteArray>& targets,
         if (auto type = pasteboardType(target); !plan.types.contains(type))
             plan.types.append(std::move(type));
     }
-    plan.withheld =
+    const bool isWithheld =
         std::ranges::any_of(withheldTypes, [&](QLatin1StringView type) { return plan.types.contains(type); });
-    if (plan.withheld)
+    if (isWithheld)
         return plan;
     if (const auto files = "text/uri-list"_ba; targets.contains(files))
         plan.requests.push_back({SelectionForm::Files, files});

@@ -26,9 +26,8 @@ struct SelectionRequest {
 struct SelectionPlan {
     /// The kinds in the program's vocabulary, each once, in the owner's order.
     QStringList types;
-    /// The owner marks the entry as secret or as none of the person's: nothing may be requested.
-    bool withheld = false;
-    /// In the order in which they are to be requested.
+    /// In the order in which they are to be requested. None if the owner marks the entry as secret or as none
+    /// of the person's.
     std::vector<SelectionRequest> requests;
 
     bool operator==(const SelectionPlan&) const = default;
