@@ -22,7 +22,10 @@ int main(int argc, char* argv[]) {
         QObject::connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         QObject::connect(socket, &QLocalSocket::readyRead, socket, [socket] {
             socket->readAll();
-            QDataStream(socket) << qint32{0} << QByteArray("ready") << QByteArray();
+            QByteArray answer;
+            QDataStream(&answer, QIODevice::WriteOnly) << qint32{0} << QByteArray("ready") << QByteArray();
+            QDataStream(socket) << static_cast<quint64>(answer.size());
+            socket->write(answer);
             socket->flush();
             socket->disconnectFromServer();
         });

@@ -33,17 +33,20 @@ QByteArray request(const QString& socketFile, const QStringList& arguments) {
     QDataStream stream(&socket);
     stream.setVersion(QDataStream::Qt_6_4);
     stream << arguments;
+    // An answer is preceded by its size.
+    const auto waitFor = [&](quint64 size) {
+        while (static_cast<quint64>(socket.bytesAvailable()) < size)
+            if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
+                throw std::runtime_error("no answer from " + socketFile.toStdString());
+    };
+    quint64 size = 0;
+    waitFor(sizeof size);
+    stream >> size;
+    waitFor(size);
     qint32 exitStatus = 0;
     QByteArray output;
     QByteArray errors;
-    quint64 size = 0;
-    do {
-        if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())) &&
-            socket.bytesAvailable() == 0)
-            throw std::runtime_error("no answer from " + socketFile.toStdString());
-        stream.startTransaction();
-        stream >> size >> exitStatus >> output >> errors;
-    } while (!stream.commitTransaction());
+    stream >> exitStatus >> output >> errors;
     if (exitStatus != 0)
         throw std::runtime_error("refused: " + errors.toStdString());
     return output;
