@@ -3,6 +3,7 @@
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 #include "Kestrova/commandline/Command.h"
 #include "KestrovaCore/KovaStore.h"
+#include "Platform/x11/Allocator.h"
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/Display.h"
 #include "Platform/x11/InstanceClient.h"
@@ -43,6 +44,7 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
                                  .arg(store.filePath(), container.error().message));
 
     holdTerminationSignals();
+    returnLargeBlocksAtOnce();
     keepSessionBusFromBeingStarted();
     chooseDisplayPlugin();
     QApplication application(argc, argv);
