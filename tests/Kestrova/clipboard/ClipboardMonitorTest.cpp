@@ -13,6 +13,7 @@
 
 #include <QFile>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -25,13 +26,21 @@ struct RecordingHUD final : HUDController {
     void show(HUDEvent event, const std::shared_ptr<ClipboardItem>& item) override {
         EXPECT_EQ(event, HUDEvent::copied);
         shown.append(item->content());
+        if (onShow)
+            onShow();
     }
     QStringList shown;
+    std::function<void()> onShow;
 };
 
 struct RecordingRecognizer final : TextRecognizer {
-    void recognize(const std::shared_ptr<ClipboardItem>& item) override { asked.append(item->content()); }
+    void recognize(const std::shared_ptr<ClipboardItem>& item) override {
+        asked.append(item->content());
+        if (onRecognize)
+            onRecognize();
+    }
     QStringList asked;
+    std::function<void()> onRecognize;
 };
 
 struct RecordingPreviews final : LinkPreviewCache {
@@ -476,6 +485,19 @@ TEST_F(HistoryLimit, IsAppliedWithTheNextNewRowAndNotByTheSettingOrARepeat) {
     EXPECT_EQ(rows().size(), 61);
     copy(QStringLiteral("b"));
     EXPECT_EQ(rows().size(), 50);
+}
+
+TEST_F(HistoryLimit, IsAppliedAfterTheToastAndBeforeRecognition) {
+    fill(50);
+    m_defaults.set(QStringLiteral("historyLimit"), 50);
+    QStringList trace;
+    const auto log = [&](const char* step) {
+        trace.append(QStringLiteral("%1 %2").arg(QString::fromUtf8(step)).arg(rows().size()));
+    };
+    m_hud.onShow = [&] { log("toast"); };
+    m_recognizer.onRecognize = [&] { log("recognition"); };
+    copy(bitmap("png"));
+    EXPECT_EQ(trace, list({"toast 51", "recognition 50"}));
 }
 
 TEST_F(HistoryLimit, CountsScreenshotsAndDeletesThem) {
