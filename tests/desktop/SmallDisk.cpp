@@ -42,7 +42,9 @@ void enterOwnMounts() {
         writeFile(u"/proc/self/gid_map"_s,
                   QByteArray::number(group) + ' ' + QByteArray::number(group) + " 1");
     }
-    if (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+    // Within a changed root there is nothing of that name to make private; the disk then shows outside for as
+    // long as it is there.
+    if (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 && errno != EINVAL)
         fail("mounts stay shared");
 }
 
