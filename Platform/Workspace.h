@@ -4,6 +4,7 @@
 
 #include <QIcon>
 
+#include <cstdint>
 #include <optional>
 
 namespace kestrova {
@@ -17,6 +18,14 @@ public:
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
     /// The application's icon; a null icon if it has none that can be read.
     virtual QIcon icon(const RunningApplication& application) const = 0;
+    /// Whether the process has ended; an identifier that was used again does not count as the same process.
+    virtual bool isTerminated(const RunningApplication& application) const = 0;
+    /// Asks for the application's remembered window to be in front; if that has gone, for its newest window;
+    /// if it has none, nothing happens. The answer comes from the window manager, later or never.
+    virtual void activate(const RunningApplication& application) = 0;
+    /// Asks for a window of this program, in the host's own numbering, to have the keyboard, whatever other
+    /// applications do.
+    virtual void activateOwnWindow(std::uint64_t window) = 0;
 };
 
 } // namespace kestrova

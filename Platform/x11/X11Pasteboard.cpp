@@ -29,6 +29,25 @@ xcb_connection_t* toolkitConnection() {
     return x11 ? x11->connection() : nullptr;
 }
 
+/// As the server says, not as the toolkit believes.
+bool isOwnSelection(QClipboard::Mode mode) {
+    auto* const connection = toolkitConnection();
+    if (!connection) {
+        const auto& clipboard = *QGuiApplication::clipboard();
+        return mode == QClipboard::Selection ? clipboard.ownsSelection() : clipboard.ownsClipboard();
+    }
+    const QByteArrayView name = mode == QClipboard::Selection ? "PRIMARY" : "CLIPBOARD";
+    const XcbReply<xcb_intern_atom_reply_t> atom{xcb_intern_atom_reply(
+        connection, xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr)};
+    if (!atom)
+        return false;
+    const XcbReply<xcb_get_selection_owner_reply_t> reply{
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr)};
+    const auto* const setup = xcb_get_setup(connection);
+    return reply && (reply->owner & ~setup->resource_id_mask) == setup->resource_id_base;
+}
+
 } // namespace
 
 X11Pasteboard::X11Pasteboard(MainQueue& queue, DesktopEntries& entries, QString bundleIdentifier,
@@ -159,7 +178,7 @@ void X11Pasteboard::write(const PasteboardEntry& entry) {
 void X11Pasteboard::takeOver(const PasteboardEntry& entry, int attempts) {
     m_nextAttempt.cancel();
     QGuiApplication::clipboard()->setMimeData(mimeDataFor(entry).release());
-    if (ownsClipboard()) {
+    if (isOwnSelection(QClipboard::Clipboard)) {
         m_ownEntry = entry;
         return;
     }
@@ -174,20 +193,11 @@ void X11Pasteboard::takeOver(const PasteboardEntry& entry, int attempts) {
                                                  [this, entry, attempts] { takeOver(entry, attempts - 1); });
 }
 
-bool X11Pasteboard::ownsClipboard() const {
-    auto* const connection = toolkitConnection();
-    if (!connection)
-        return QGuiApplication::clipboard()->ownsClipboard();
-    constexpr QByteArrayView name{"CLIPBOARD"};
-    const XcbReply<xcb_intern_atom_reply_t> atom{xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr)};
-    if (!atom)
+bool X11Pasteboard::ownPrimarySelectionToo() {
+    if (!m_ownEntry)
         return false;
-    const XcbReply<xcb_get_selection_owner_reply_t> reply{
-        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr)};
-    const auto* const setup = xcb_get_setup(connection);
-    return reply && (reply->owner & ~setup->resource_id_mask) == setup->resource_id_base;
+    QGuiApplication::clipboard()->setMimeData(mimeDataFor(*m_ownEntry).release(), QClipboard::Selection);
+    return isOwnSelection(QClipboard::Selection);
 }
 
 } // namespace kestrova

@@ -45,6 +45,9 @@ public:
     /// Counts at once. If another program took the clipboard just now and the toolkit does not know yet, the
     /// entry is there some milliseconds later; if the server keeps refusing, that is logged.
     void write(const PasteboardEntry& entry) override;
+    /// Takes PRIMARY over with this program's last write too, for programs that paste from there by key.
+    /// False if there is no such write or the server refuses.
+    bool ownPrimarySelectionToo();
 
 private:
     void decode(FetchedSelection fetched);
@@ -53,7 +56,6 @@ private:
     void pollWhatWaits();
     bool isOwnWriteKept(const SelectionSnapshot& snapshot) const;
     void takeOver(const PasteboardEntry& entry, int attempts);
-    bool ownsClipboard() const;
 
     MainQueue& m_queue;
     DesktopEntries& m_entries;

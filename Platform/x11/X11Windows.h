@@ -3,12 +3,14 @@
 #include "Platform/x11/DesktopEntries.h"
 
 #include <QByteArrayView>
+#include <QRect>
 #include <QString>
 
 #include <xcb/xcb.h>
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace kestrova {
 
@@ -21,7 +23,8 @@ struct WindowFacts {
     bool operator==(const WindowFacts&) const = default;
 };
 
-/// Questions about windows, answered by the X server alone. On the thread that owns the connection.
+/// Questions about windows, answered by the X server alone, and requests to bring one to the front. On the
+/// thread that owns the connection.
 class X11Windows {
 public:
     /// `connection` outlives the object.
@@ -31,17 +34,36 @@ public:
     xcb_window_t activeWindow() const;
     /// Absent if the window has gone.
     std::optional<WindowFacts> facts(xcb_window_t window) const;
+    /// The windows that the window manager shows, in the order in which they came.
+    std::vector<xcb_window_t> clientList() const;
+    /// As the window manager shows it; empty if there is none.
+    QString title(xcb_window_t window) const;
+    /// Without its decoration, in pixels of the whole desktop, y downwards; absent if the window has gone.
+    std::optional<QRect> rectangle(xcb_window_t window) const;
+
+    /// Asks the window manager to bring the window to the front and to give it the keyboard, minimised ones
+    /// too. Does it itself where no window manager does that. Does not wait; a window that has gone is left
+    /// out.
+    void bringToFront(xcb_window_t window) const;
 
 private:
+    std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type) const;
+    bool isActivationSupported() const;
+
     xcb_connection_t* m_connection;
     xcb_window_t m_root = XCB_NONE;
     xcb_atom_t m_activeWindowAtom = XCB_NONE;
     xcb_atom_t m_processAtom = XCB_NONE;
+    xcb_atom_t m_clientListAtom = XCB_NONE;
+    xcb_atom_t m_supportedAtom = XCB_NONE;
+    xcb_atom_t m_nameAtom = XCB_NONE;
+    xcb_atom_t m_utf8Atom = XCB_NONE;
 };
 
-/// In clock ticks since boot; 0 if there is no such process.
+/// In clock ticks since boot; 0 if there is no such process, or only its exit status is left of it.
 std::uint64_t processStartTime(std::int64_t processIdentifier);
-/// The start time in the text of a /proc/PID/stat; 0 if it is not there.
+/// The start time in the text of a /proc/PID/stat; 0 if it is not there, or the process has ended and waits
+/// for its parent to notice.
 std::uint64_t startTimeInProcessStatus(QByteArrayView status);
 /// Base name of the program that the process runs; empty if it cannot be told.
 QString executableName(std::int64_t processIdentifier);

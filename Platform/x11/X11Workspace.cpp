@@ -7,10 +7,30 @@
 #include <QGuiApplication>
 #include <QLoggingCategory>
 
+#include <algorithm>
+
 namespace kestrova {
 
 namespace {
+
 Q_LOGGING_CATEGORY(lcWorkspace, "kestrova.workspace")
+
+/// The application's remembered window, else its newest one; XCB_NONE if it has none.
+xcb_window_t windowToActivate(const X11Windows& windows, const RunningApplication& application) {
+    // The server gives the number of a window that has gone to another one.
+    const auto isOfApplication = [&](xcb_window_t window) {
+        const auto facts = windows.facts(window);
+        return facts && facts->processIdentifier == application.processIdentifier;
+    };
+    if (application.window != XCB_NONE && isOfApplication(application.window))
+        return application.window;
+    if (application.processIdentifier == 0)
+        return XCB_NONE;
+    const auto clients = windows.clientList();
+    const auto newest = std::ranges::find_if(clients.rbegin(), clients.rend(), isOfApplication);
+    return newest == clients.rend() ? XCB_NONE : *newest;
+}
+
 } // namespace
 
 X11Workspace::X11Workspace(DesktopEntries& entries, QString bundleIdentifier)
@@ -33,6 +53,25 @@ QIcon X11Workspace::icon(const RunningApplication& application) const {
     if (QDir::isAbsolutePath(name))
         return QFileInfo(name).isFile() ? QIcon(name) : QIcon();
     return QIcon::fromTheme(name);
+}
+
+bool X11Workspace::isTerminated(const RunningApplication& application) const {
+    // A process of another machine or another process namespace has a number but no start time here.
+    if (application.processIdentifier != 0 && application.processStartTime != 0)
+        return processStartTime(application.processIdentifier) != application.processStartTime;
+    return !m_windows || !m_windows->facts(application.window);
+}
+
+void X11Workspace::activate(const RunningApplication& application) {
+    if (!m_windows || isTerminated(application))
+        return;
+    if (const auto window = windowToActivate(*m_windows, application); window != XCB_NONE)
+        m_windows->bringToFront(window);
+}
+
+void X11Workspace::activateOwnWindow(std::uint64_t window) {
+    if (m_windows)
+        m_windows->bringToFront(static_cast<xcb_window_t>(window));
 }
 
 } // namespace kestrova

@@ -20,6 +20,9 @@ public:
 
     std::optional<RunningApplication> frontmostApplication() const override;
     QIcon icon(const RunningApplication& application) const override;
+    bool isTerminated(const RunningApplication& application) const override;
+    void activate(const RunningApplication& application) override;
+    void activateOwnWindow(std::uint64_t window) override;
 
 private:
     DesktopEntries& m_entries;

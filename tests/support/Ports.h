@@ -4,6 +4,11 @@
 #include "Platform/SingleInstance.h"
 #include "Platform/Workspace.h"
 
+#include <cstdint>
+#include <optional>
+#include <variant>
+#include <vector>
+
 namespace kestrova {
 
 class FakeMachineInfo final : public MachineInfo {
@@ -16,8 +21,14 @@ class FakeWorkspace final : public Workspace {
 public:
     std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
     QIcon icon(const RunningApplication&) const override { return {}; }
+    bool isTerminated(const RunningApplication&) const override { return terminated; }
+    void activate(const RunningApplication& application) override { activations.push_back(application); }
+    void activateOwnWindow(std::uint64_t window) override { activations.push_back(window); }
 
     std::optional<RunningApplication> frontmost;
+    bool terminated = false;
+    /// Applications and own windows, in the order in which they were asked to come to the front.
+    std::vector<std::variant<RunningApplication, std::uint64_t>> activations;
 };
 
 /// Takes commands straight from a test.

@@ -22,6 +22,11 @@ TEST(ProcessStatusTest, AnythingElseHasNoStartTime) {
         EXPECT_EQ(startTimeInProcessStatus(status), 0U) << status.constData();
 }
 
+TEST(ProcessStatusTest, AProcessOfWhichOnlyTheExitStatusIsLeftHasNoStartTime) {
+    EXPECT_EQ(startTimeInProcessStatus("42 (name) Z 1 1 1 0 -1 4194560 100 0 0 0 1 2 3 4 20 0 1 0 987654 0"),
+              0U);
+}
+
 TEST(ProcessTest, ThisProcessTellsItsFacts) {
     EXPECT_GT(processStartTime(::getpid()), 0U);
     EXPECT_FALSE(executableName(::getpid()).isEmpty());

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Platform/KeyEvent.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace kestrova {
+
+/// Kinds of events, one bit each.
+namespace EventMask {
+inline constexpr std::uint32_t leftMouseDown = 1u << 1;
+inline constexpr std::uint32_t rightMouseDown = 1u << 3;
+inline constexpr std::uint32_t keyDown = 1u << 10;
+inline constexpr std::uint32_t flagsChanged = 1u << 12;
+} // namespace EventMask
+
+/// A key event of one of the program's own windows.
+struct LocalEvent {
+    /// One of `EventMask`.
+    std::uint32_t kind = 0;
+    /// The host's number of the window that it goes to; 0 if there is none.
+    std::uint64_t window = 0;
+    KeyEvent key;
+};
+
+/// Keeps one monitor going for as long as it lives.
+class EventMonitor {
+public:
+    virtual ~EventMonitor() = default;
+};
+
+/// Looks at events on their way. Main thread only; handlers are called there.
+class EventMonitors {
+public:
+    using GlobalHandler = std::function<void()>;
+    /// Answers whether the event is swallowed; the others go on to the control in focus.
+    using LocalHandler = std::function<bool(const LocalEvent&)>;
+
+    virtual ~EventMonitors() = default;
+
+    /// Tells of presses of the mouse that go to other applications. Only the left and the right button can be
+    /// asked for. Null if the host refuses.
+    [[nodiscard]] virtual std::unique_ptr<EventMonitor> addGlobalMonitor(std::uint32_t mask,
+                                                                         GlobalHandler handler) = 0;
+    /// Tells of keys that go to windows of this program, before the window sees them. Keys that an input
+    /// method takes, or that belong to a text control by this desktop's conventions, are not told of.
+    [[nodiscard]] virtual std::unique_ptr<EventMonitor> addLocalMonitor(std::uint32_t mask,
+                                                                        LocalHandler handler) = 0;
+};
+
+} // namespace kestrova

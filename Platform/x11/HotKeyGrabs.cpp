@@ -1,0 +1,259 @@
+#include "Platform/x11/HotKeyGrabs.h"
+
+#include "Platform/x11/VirtualKeys.h"
+#include "Platform/x11/XcbXkb.h"
+
+#include <QLoggingCategory>
+
+#include <xcb/xcbext.h>
+#include <xcb/xinput.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace kestrova {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcHotKeys, "kestrova.hotkeys")
+
+constexpr std::uint16_t modifierMask = 0xff;
+constexpr std::uint32_t rawKeys =
+    XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+
+/// The number of the extension's events if it can be used; it tells of new keyboards and mappings and, in
+/// order with the raw events, of modifiers.
+std::uint8_t watchKeyboard(xcb_connection_t* connection) {
+    const auto* const extension = xcb_get_extension_data(connection, &xcb_xkb_id);
+    if (!extension || !extension->present)
+        return 0;
+    const XcbReply<xcb_xkb_use_extension_reply_t> use{xcb_xkb_use_extension_reply(
+        connection, xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION),
+        nullptr)};
+    if (!use || !use->supported)
+        return 0;
+    constexpr std::uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY |
+                                     XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
+    constexpr std::uint16_t parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts, nullptr);
+    return extension->first_event;
+}
+
+} // namespace
+
+HotKeyGrabs::HotKeyGrabs(Tell tell)
+    : m_tell(std::move(tell)), m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect) {
+    auto* const connection = m_connection.get();
+    if (xcb_connection_has_error(connection) != 0)
+        return;
+    m_root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    m_raw.emplace(connection);
+    m_keyboardEvent = watchKeyboard(connection);
+    m_modifiers = readModifierMap(connection);
+    const XcbReply<xcb_xkb_get_state_reply_t> state{
+        xcb_xkb_get_state_reply(connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr)};
+    m_state = state ? state->mods : std::uint8_t{0};
+}
+
+bool HotKeyGrabs::isUsable() const {
+    return m_raw && m_raw->isAvailable() && m_keyboardEvent != 0 &&
+           xcb_connection_has_error(m_connection.get()) == 0;
+}
+
+int HotKeyGrabs::add(HotKeyReference reference, std::uint32_t keyCode, std::uint32_t carbonModifiers,
+                     HotKeyIdentifier identifier) {
+    const auto key = x11KeyOfVirtualKey(keyCode);
+    const auto state = stateOfCarbonModifiers(carbonModifiers, keyCode, m_modifiers);
+    if (!isUsable() || !key || !state)
+        return HotKeys::noSuchKey;
+    // The server lets the same client grab a key twice, and one of the two could not be given back alone.
+    if (find(*key, *state))
+        return HotKeys::alreadyHeld;
+    // Before the grab: of the first press, too, the raw event must be there.
+    if (m_hotKeys.empty())
+        m_raw->select(m_root, rawKeys);
+    const int status = grab(*key, *state);
+    if (status == 0)
+        m_hotKeys.emplace(reference.value, HotKey{.keyCode = keyCode,
+                                                  .carbonModifiers = carbonModifiers,
+                                                  .identifier = identifier,
+                                                  .x11Key = *key,
+                                                  .state = state});
+    else if (m_hotKeys.empty())
+        m_raw->select(m_root, 0);
+    xcb_flush(m_connection.get());
+    return status;
+}
+
+void HotKeyGrabs::remove(HotKeyReference reference) {
+    const auto found = m_hotKeys.find(reference.value);
+    if (found == m_hotKeys.end())
+        return;
+    ungrab(found->second);
+    m_hotKeys.erase(found);
+    if (m_hotKeys.empty()) {
+        m_raw->select(m_root, 0);
+        m_presses.clear();
+    }
+    xcb_flush(m_connection.get());
+}
+
+int HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t state) const {
+    std::vector<xcb_void_cookie_t> cookies;
+    for (const auto variant : statesWithLocks(state))
+        cookies.push_back(xcb_grab_key_checked(m_connection.get(), 0, m_root, variant, key,
+                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC));
+    int status = 0;
+    for (const auto cookie : cookies) {
+        const XcbReply<xcb_generic_error_t> error{xcb_request_check(m_connection.get(), cookie)};
+        if (error)
+            status = error->error_code == XCB_ACCESS ? HotKeys::alreadyHeld : HotKeys::noSuchKey;
+    }
+    if (status != 0)
+        ungrab(key, state);
+    return status;
+}
+
+void HotKeyGrabs::ungrab(xcb_keycode_t key, std::uint16_t state) const {
+    for (const auto variant : statesWithLocks(state))
+        xcb_ungrab_key(m_connection.get(), key, m_root, variant);
+}
+
+void HotKeyGrabs::ungrab(const HotKey& hotKey) const {
+    if (hotKey.state)
+        ungrab(hotKey.x11Key, *hotKey.state);
+}
+
+std::vector<std::uint16_t> HotKeyGrabs::statesWithLocks(std::uint16_t state) const {
+    const auto with = [state](int locks) { return static_cast<std::uint16_t>(state | locks); };
+    std::vector<std::uint16_t> states{state, with(XCB_MOD_MASK_LOCK)};
+    if (m_modifiers.numLock != 0) {
+        states.push_back(with(m_modifiers.numLock));
+        states.push_back(with(m_modifiers.numLock | XCB_MOD_MASK_LOCK));
+    }
+    return states;
+}
+
+std::uint16_t HotKeyGrabs::withoutLocks(std::uint16_t state) const {
+    return static_cast<std::uint16_t>(state & modifierMask & ~(XCB_MOD_MASK_LOCK | m_modifiers.numLock));
+}
+
+const HotKeyGrabs::HotKey* HotKeyGrabs::find(xcb_keycode_t key, std::uint16_t state) const {
+    const auto found = std::ranges::find_if(m_hotKeys, [&](const auto& entry) {
+        return entry.second.x11Key == key && entry.second.state == withoutLocks(state);
+    });
+    return found == m_hotKeys.end() ? nullptr : &found->second;
+}
+
+XcbReply<xcb_generic_event_t> HotKeyGrabs::nextEvent() {
+    if (m_arrived.empty())
+        return XcbReply<xcb_generic_event_t>{xcb_poll_for_event(m_connection.get())};
+    auto event = std::move(m_arrived.front());
+    m_arrived.pop_front();
+    return event;
+}
+
+void HotKeyGrabs::dispatchEvents() {
+    do {
+        // One change of the keyboard is many events.
+        if (std::exchange(m_keyboardChanged, false))
+            adoptKeyboard();
+        while (const auto event = nextEvent())
+            dispatch(*event);
+    } while (m_keyboardChanged);
+}
+
+void HotKeyGrabs::dispatch(const xcb_generic_event_t& event) {
+    constexpr std::uint8_t sentByClient = 0x80;
+    if (event.response_type & sentByClient)
+        return;
+    if (event.response_type == XCB_KEY_PRESS) {
+        onGrabbedPress(reinterpret_cast<const xcb_key_press_event_t&>(event));
+    } else if (event.response_type == m_keyboardEvent && event.pad0 == XCB_XKB_STATE_NOTIFY) {
+        m_state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event).mods;
+    } else if (event.response_type == m_keyboardEvent || event.response_type == XCB_MAPPING_NOTIFY) {
+        m_keyboardChanged = true;
+    } else if (const auto kind = m_raw->kind(event)) {
+        const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
+        const auto key = static_cast<xcb_keycode_t>(raw.detail);
+        if (kind == XCB_INPUT_RAW_KEY_PRESS)
+            onRawPress(key, raw.time);
+        else if (kind == XCB_INPUT_RAW_KEY_RELEASE)
+            onRawRelease(key);
+    }
+}
+
+void HotKeyGrabs::onGrabbedPress(const xcb_key_press_event_t& press) {
+    // The keyboard is frozen: nothing typed since has gone anywhere. Without the grab the server hands it to
+    // whoever has the focus.
+    xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
+    xcb_flush(m_connection.get());
+    const auto* const hotKey = find(press.detail, press.state);
+    if (hotKey && m_presses.isNew(press.detail, press.time))
+        tellPressed(*hotKey);
+}
+
+void HotKeyGrabs::onRawPress(xcb_keycode_t key, xcb_timestamp_t time) {
+    m_presses.onRawPress(key, time);
+    const auto* const hotKey = find(key, m_state);
+    if (!hotKey || !m_presses.isNew(key, time))
+        return;
+    // What the server sent before its answer has been read with it: if there is no grab's event among it,
+    // another client has the keyboard and there will be none.
+    readArrived();
+    const bool isGrabbed = std::ranges::any_of(m_arrived, [&](const auto& event) {
+        const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+        return event->response_type == XCB_KEY_PRESS && press.detail == key && press.time == time;
+    });
+    if (!isGrabbed)
+        tellPressed(*hotKey);
+}
+
+void HotKeyGrabs::onRawRelease(xcb_keycode_t key) {
+    if (const auto identifier = m_presses.onRawRelease(key))
+        m_tell(HotKeyEvent::Kind::hotKeyReleased, *identifier);
+}
+
+void HotKeyGrabs::tellPressed(const HotKey& hotKey) {
+    m_tell(HotKeyEvent::Kind::hotKeyPressed, hotKey.identifier);
+    if (!m_presses.noteTold(hotKey.x11Key, hotKey.identifier))
+        m_tell(HotKeyEvent::Kind::hotKeyReleased, hotKey.identifier);
+}
+
+void HotKeyGrabs::readArrived() {
+    auto* const connection = m_connection.get();
+    const XcbReply<xcb_get_input_focus_reply_t> reply{
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr)};
+    while (auto* const event = xcb_poll_for_queued_event(connection))
+        m_arrived.emplace_back(event);
+}
+
+void HotKeyGrabs::adoptKeyboard() {
+    auto* const connection = m_connection.get();
+    const XcbReply<xcb_query_keymap_reply_t> keys{
+        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr)};
+    const auto isDown = [&](xcb_keycode_t key) {
+        return keys && (keys->keys[key / 8] & (1 << (key % 8))) != 0;
+    };
+    for (const auto identifier : m_presses.endUnless(isDown))
+        m_tell(HotKeyEvent::Kind::hotKeyReleased, identifier);
+
+    auto modifiers = readModifierMap(connection);
+    if (modifiers == m_modifiers)
+        return;
+    for (const auto& [reference, hotKey] : m_hotKeys)
+        ungrab(hotKey);
+    m_modifiers = std::move(modifiers);
+    for (auto& [reference, hotKey] : m_hotKeys) {
+        // One that is out of reach stays registered: the next change may bring it back.
+        hotKey.state = stateOfCarbonModifiers(hotKey.carbonModifiers, hotKey.keyCode, m_modifiers);
+        if (hotKey.state && grab(hotKey.x11Key, *hotKey.state) != 0)
+            hotKey.state.reset();
+        if (!hotKey.state)
+            qCWarning(lcHotKeys, "[HotKeys] Key %u with modifiers 0x%x is out of reach on the new keyboard",
+                      hotKey.keyCode, hotKey.carbonModifiers);
+    }
+    xcb_flush(connection);
+}
+
+} // namespace kestrova

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Platform/Screens.h"
+
+#include <QPoint>
+#include <QRect>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace kestrova {
+
+/// One display as the desktop tells it.
+struct NativeDisplay {
+    std::uint32_t identifier = 0;
+    /// Upper left corner in pixels of the whole desktop, y downwards. In the toolkit's coordinates the corner
+    /// has the same numbers, whatever the scales are.
+    QPoint origin;
+    /// In points: the toolkit rounds the pixels divided by the scale.
+    QSize size;
+    /// The part without panels, in points from the display's upper left corner.
+    QRect available;
+    /// Pixels per point.
+    double scale = 1;
+
+    bool operator==(const NativeDisplay&) const = default;
+};
+
+/// Where the toolkit is to put a window.
+struct WindowPlace {
+    std::uint32_t screen = 0;
+    /// In the toolkit's coordinates.
+    QRect geometry;
+
+    bool operator==(const WindowPlace&) const = default;
+};
+
+/// Turns places on the displays over, from the desktop's coordinates into global points and back. Each
+/// display is mapped on its own: its corner stays at its pixel, and what lies within is divided by its scale.
+/// A pixel stands for its centre, so that the outermost ones lie within the display after y was turned over.
+class ScreenGeometry {
+public:
+    /// `primary`: index of the display whose lower left corner is the origin; the first if there is no such
+    /// one.
+    explicit ScreenGeometry(std::vector<NativeDisplay> displays, std::size_t primary = 0);
+
+    /// In the order given; empty if there is none.
+    std::vector<Screen> screens() const;
+    std::optional<Screen> primaryScreen() const;
+    /// The one on which most of a rectangle in pixels of the desktop lies, else the nearest; absent if there
+    /// is no display.
+    std::optional<Screen> screenOfPixels(const QRect& pixels) const;
+
+    /// The centre of a pixel of the desktop. One on no display counts for the nearest display.
+    QPointF pointOfPixel(QPoint pixel) const;
+    /// The pixel that a global point lies in, on the nearest display.
+    QPoint pixelOfPoint(QPointF point) const;
+    /// The centre of a point in the toolkit's whole coordinates, which round a pixel on a display's edge to
+    /// beyond it.
+    QPointF pointOfToolkit(QPoint position) const;
+
+    /// The display on which most of the rectangle lies, else the nearest, and the rectangle in the toolkit's
+    /// coordinates; absent if there is no display.
+    std::optional<WindowPlace> windowPlace(const ScreenRect& rect) const;
+
+private:
+    ScreenRect frame(const NativeDisplay& display) const;
+    ScreenRect turnedOver(const QRectF& toolkitRect) const;
+    Screen screen(const NativeDisplay& display) const;
+
+    std::vector<NativeDisplay> m_displays;
+    std::size_t m_primary = 0;
+};
+
+} // namespace kestrova

@@ -1,0 +1,103 @@
+#include "Platform/x11/X11WindowManagement.h"
+
+#include "Platform/x11/XcbReply.h"
+
+#include <QByteArray>
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+namespace kestrova {
+namespace {
+
+constexpr std::uint32_t addState = 1;
+constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
+constexpr std::uint32_t fromApplication = 1;
+
+xcb_connection_t* toolkitConnection() {
+    const auto* const x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
+int defaultScreen() {
+    char* host = nullptr;
+    int display = 0;
+    int screen = 0;
+    const bool isParsed = xcb_parse_display(nullptr, &host, &display, &screen) != 0;
+    std::free(host);
+    return isParsed ? screen : 0;
+}
+
+xcb_window_t rootOf(xcb_connection_t* connection, int screen) {
+    const auto* const setup = xcb_get_setup(connection);
+    if (!setup)
+        return XCB_NONE;
+    auto iterator = xcb_setup_roots_iterator(setup);
+    for (; iterator.rem > 1 && screen > 0; --screen)
+        xcb_screen_next(&iterator);
+    return iterator.data->root;
+}
+
+} // namespace
+
+X11WindowManagement::X11WindowManagement() : m_connection(toolkitConnection()) {
+    if (!m_connection)
+        return;
+    const int screen = defaultScreen();
+    m_root = rootOf(m_connection, screen);
+    const std::array<std::pair<QByteArray, xcb_atom_t*>, 7> wanted{{
+        {"_NET_WM_CM_S" + QByteArray::number(screen), &m_compositorSelection},
+        {"_NET_WM_STATE", &m_state},
+        {"_NET_WM_STATE_SKIP_TASKBAR", &m_stateSkipTaskbar},
+        {"_NET_WM_STATE_SKIP_PAGER", &m_stateSkipPager},
+        {"_NET_WM_STATE_ABOVE", &m_stateAbove},
+        {"_NET_WM_STATE_STICKY", &m_stateSticky},
+        {"_NET_WM_DESKTOP", &m_desktop},
+    }};
+    std::array<xcb_intern_atom_cookie_t, wanted.size()> cookies{};
+    std::ranges::transform(wanted, cookies.begin(), [this](const auto& entry) {
+        const auto& name = entry.first;
+        return xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.constData());
+    });
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        const XcbReply<xcb_intern_atom_reply_t> reply{
+            xcb_intern_atom_reply(m_connection, cookies[i], nullptr)};
+        if (reply)
+            *wanted[i].second = reply->atom;
+    }
+}
+
+bool X11WindowManagement::isCompositing() const {
+    if (!m_connection)
+        return false;
+    const XcbReply<xcb_get_selection_owner_reply_t> reply{xcb_get_selection_owner_reply(
+        m_connection, xcb_get_selection_owner(m_connection, m_compositorSelection), nullptr)};
+    return reply && reply->owner != XCB_NONE;
+}
+
+void X11WindowManagement::standApart(std::uint64_t window) {
+    if (!m_connection)
+        return;
+    const auto id = static_cast<xcb_window_t>(window);
+    send(id, m_state, {addState, m_stateSkipTaskbar, m_stateSkipPager, fromApplication, 0});
+    send(id, m_state, {addState, m_stateAbove, m_stateSticky, fromApplication, 0});
+    send(id, m_desktop, {allDesktops, fromApplication, 0, 0, 0});
+    xcb_flush(m_connection);
+}
+
+void X11WindowManagement::send(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const {
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = type;
+    std::ranges::copy(data, event.data.data32);
+    xcb_send_event(m_connection, 0, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&event));
+}
+
+} // namespace kestrova
