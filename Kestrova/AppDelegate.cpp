@@ -1,12 +1,19 @@
 #include "Kestrova/AppDelegate.h"
 
+#include "Kestrova/HotkeyManager.h"
+#include "Kestrova/StatusItem.h"
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 #include "Kestrova/commandline/CommandHandler.h"
+#include "Kestrova/shelf/PasteSequence.h"
+#include "Kestrova/shelf/ShelfPanelController.h"
+#include "KestrovaCore/ClipboardItem.h"
 #include "KestrovaCore/ModelContainer.h"
+#include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/SingleInstance.h"
 #include "Platform/UserDefaults.h"
+#include "Platform/Workspace.h"
 
 #include <utility>
 
@@ -53,20 +60,51 @@ void AppDelegate::foldForSearch(std::size_t from) {
 
 void AppDelegate::launch(LaunchStep step) {
     switch (step) {
+    case LaunchStep::statusItem:
+        makeStatusItem();
+        break;
     case LaunchStep::clipboardMonitor:
         startClipboardMonitor();
         break;
-    // Steps whose subsystem this build does not have keep their place.
-    case LaunchStep::statusItem:
     case LaunchStep::shelfPanel:
-    case LaunchStep::capture:
+        makeShelfPanelController();
+        break;
     case LaunchStep::hotkeys:
+        makeHotkeyManager();
+        break;
+    // Steps whose subsystem this build does not have keep their place.
+    case LaunchStep::capture:
     case LaunchStep::hud:
     case LaunchStep::linkPreviewWarmUp:
     case LaunchStep::updater:
     case LaunchStep::diagnostics:
     case LaunchStep::launchAtLoginMigration:
     case LaunchStep::onboarding:
+        break;
+    }
+}
+
+void AppDelegate::makeStatusItem() {
+    m_statusItem = std::make_unique<StatusItem>(m_host.mainQueue, m_host.systemTray, statusMenu({}));
+    m_statusItem->onAction = [this](StatusMenuAction action) { perform(action); };
+}
+
+void AppDelegate::perform(StatusMenuAction action) {
+    switch (action) {
+    case StatusMenuAction::togglePanel:
+        togglePanel();
+        break;
+    case StatusMenuAction::terminate:
+        m_host.terminate();
+        break;
+    // Entries whose subsystem this build does not have are disabled.
+    case StatusMenuAction::captureArea:
+    case StatusMenuAction::captureFullScreen:
+    case StatusMenuAction::captureWindow:
+    case StatusMenuAction::checkForUpdates:
+    case StatusMenuAction::openChangelog:
+    case StatusMenuAction::toggleLaunchAtLogin:
+    case StatusMenuAction::openSettings:
         break;
     }
 }
@@ -94,6 +132,39 @@ void AppDelegate::startClipboardMonitor() {
     m_host.pasteboard.onPollDue = [this] { m_clipboardMonitor->poll(); };
 }
 
+void AppDelegate::makeShelfPanelController() {
+    m_panelController = std::make_unique<ShelfPanelController>(
+        ShelfPanelController::Surroundings{.modelContainer = m_host.modelContainer,
+                                           .mainQueue = m_host.mainQueue,
+                                           .pasteboard = m_host.pasteboard,
+                                           .workspace = m_host.workspace,
+                                           .screens = m_host.screens,
+                                           .eventMonitors = m_host.eventMonitors,
+                                           .keyPoster = m_host.keyPoster,
+                                           .accessibility = m_host.accessibility,
+                                           .defaults = m_host.defaults,
+                                           .hud = m_hud,
+                                           .panel = m_host.shelfPanel});
+}
+
+void AppDelegate::makeHotkeyManager() {
+    m_keyboardShortcuts = std::make_unique<KeyboardShortcuts>(m_host.hotKeys, m_host.defaults,
+                                                              m_host.keyboardLayout, m_host.menuTracking);
+    m_hotkeys = std::make_unique<HotkeyManager>(*m_keyboardShortcuts);
+    m_hotkeys->onTogglePanel = [this] { togglePanel(); };
+}
+
+void AppDelegate::togglePanel() {
+    m_panelController->togglePanel();
+}
+
+QStringList AppDelegate::shortcutsHeldByOthers() const {
+    QStringList held;
+    for (const auto& refusal : m_keyboardShortcuts->refusedShortcuts())
+        held.append(QStringLiteral("%1 %2").arg(refusal.name.rawValue, refusal.description));
+    return held;
+}
+
 void AppDelegate::serveCommands() {
     m_commandHandler = std::make_unique<CommandHandler>(CommandHandler::Surroundings{
         .container = m_host.modelContainer,
@@ -103,6 +174,26 @@ void AppDelegate::serveCommands() {
         .machineInfo = m_host.machineInfo,
         .hud = m_hud,
     });
+    m_commandHandler->onToggle = [this] { togglePanel(); };
+    // A second `show` must not take the shelf itself for the application to go back to.
+    m_commandHandler->onShow = [this] {
+        if (!m_panelController->isPanelVisible())
+            m_panelController->showPanel();
+    };
+    m_commandHandler->onHide = [this] {
+        if (m_panelController->isPanelVisible())
+            m_panelController->hidePanel();
+    };
+    m_commandHandler->onPaste = [this](const std::shared_ptr<ClipboardItem>& item) {
+        const PasteSequence sequence({.mainQueue = m_host.mainQueue,
+                                      .pasteboard = m_host.pasteboard,
+                                      .workspace = m_host.workspace,
+                                      .keyPoster = m_host.keyPoster,
+                                      .accessibility = m_host.accessibility,
+                                      .hud = m_hud});
+        sequence.pasteInto(item, m_host.workspace.frontmostApplication(), {});
+    };
+    m_commandHandler->refusedShortcuts = [this] { return shortcutsHeldByOthers(); };
     // A turn later, so that the answer goes out first.
     m_commandHandler->onQuit = [this] { m_host.mainQueue.post(m_host.terminate); };
     m_host.singleInstance.onCommand = [this](const QStringList& arguments) {

@@ -1,22 +1,38 @@
 #pragma once
 
 #include "Kestrova/LaunchSequence.h"
+#include "Kestrova/StatusMenu.h"
 #include "Kestrova/capture/HUDController.h"
 #include "Kestrova/clipboard/TextRecognizer.h"
 #include "Kestrova/services/LinkPreviewCache.h"
 #include "Platform/MainQueue.h"
+
+#include <QStringList>
 
 #include <functional>
 #include <memory>
 
 namespace kestrova {
 
+class Accessibility;
 class ClipboardMonitor;
 class CommandHandler;
+class EventMonitors;
+class HotKeys;
+class HotkeyManager;
+class KeyPoster;
+class KeyboardLayout;
+class KeyboardShortcuts;
 class MachineInfo;
+class MenuTracking;
 class ModelContainer;
 class Pasteboard;
+class Screens;
+class ShelfPanel;
+class ShelfPanelController;
 class SingleInstance;
+class StatusItem;
+class SystemTray;
 class UserDefaults;
 class Workspace;
 
@@ -33,9 +49,18 @@ public:
         MainQueue& mainQueue;
         Pasteboard& pasteboard;
         Workspace& workspace;
+        const Screens& screens;
+        EventMonitors& eventMonitors;
+        KeyPoster& keyPoster;
+        Accessibility& accessibility;
+        HotKeys& hotKeys;
+        const KeyboardLayout& keyboardLayout;
+        MenuTracking& menuTracking;
         UserDefaults& defaults;
         const MachineInfo& machineInfo;
         SingleInstance& singleInstance;
+        SystemTray& systemTray;
+        ShelfPanel& shelfPanel;
         /// Ends the event loop.
         std::function<void()> terminate;
     };
@@ -56,7 +81,13 @@ public:
 
 private:
     void launch(LaunchStep step);
+    void makeStatusItem();
     void startClipboardMonitor();
+    void makeShelfPanelController();
+    void makeHotkeyManager();
+    void perform(StatusMenuAction action);
+    void togglePanel();
+    QStringList shortcutsHeldByOthers() const;
     void serveCommands();
     /// A slice a turn, so that nobody waits for it.
     void foldForSearch(std::size_t from);
@@ -68,7 +99,11 @@ private:
     NoLinkPreviews m_linkPreviews;
     ScheduledBlock m_scrub;
     ScheduledBlock m_folding;
+    std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<ClipboardMonitor> m_clipboardMonitor;
+    std::unique_ptr<ShelfPanelController> m_panelController;
+    std::unique_ptr<KeyboardShortcuts> m_keyboardShortcuts;
+    std::unique_ptr<HotkeyManager> m_hotkeys;
     std::unique_ptr<CommandHandler> m_commandHandler;
 };
 

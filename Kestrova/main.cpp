@@ -2,8 +2,10 @@
 #include "Kestrova/CommandClient.h"
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 #include "Kestrova/commandline/Command.h"
+#include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
 #include "KestrovaCore/KovaStore.h"
 #include "Platform/x11/Allocator.h"
+#include "Platform/x11/AtspiAccessibility.h"
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/Display.h"
 #include "Platform/x11/InstanceClient.h"
@@ -11,9 +13,18 @@
 #include "Platform/x11/LinuxMachineInfo.h"
 #include "Platform/x11/LinuxSingleInstance.h"
 #include "Platform/x11/QtMainQueue.h"
+#include "Platform/x11/QtMenuTracking.h"
 #include "Platform/x11/SessionBus.h"
 #include "Platform/x11/TerminationSignals.h"
+#include "Platform/x11/X11EventMonitors.h"
+#include "Platform/x11/X11HotKeys.h"
+#include "Platform/x11/X11KeyPoster.h"
+#include "Platform/x11/X11KeyboardLayout.h"
+#include "Platform/x11/X11Keymap.h"
 #include "Platform/x11/X11Pasteboard.h"
+#include "Platform/x11/X11Screens.h"
+#include "Platform/x11/X11SystemTray.h"
+#include "Platform/x11/X11WindowManagement.h"
 #include "Platform/x11/X11Workspace.h"
 
 #include <QApplication>
@@ -32,6 +43,11 @@ QString programDirectory(QStandardPaths::StandardLocation location, const Machin
 int refuseToStart(const QString& reason) {
     std::fprintf(stderr, "kestrova: %s\n", qUtf8Printable(reason));
     return ExitStatus::failure;
+}
+
+QRect toolkitRect(const ScreenRect& rect) {
+    const auto place = X11Screens::geometry().windowPlace(rect);
+    return place ? place->geometry : QRect();
 }
 
 int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const MachineInfo& machineInfo) {
@@ -60,13 +76,35 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
     X11Pasteboard pasteboard(mainQueue, desktopEntries, machineInfo.bundleIdentifier(),
                              ClipboardMonitor::imageFileExtensions());
     X11Workspace workspace(desktopEntries, machineInfo.bundleIdentifier());
+    const X11Screens screens;
+    X11Keymap keymap;
+    X11EventMonitors eventMonitors(keymap);
+    X11KeyPoster keyPoster(mainQueue, workspace, keymap,
+                           [&pasteboard] { return pasteboard.ownPrimarySelectionToo(); });
+    AtspiAccessibility accessibility(mainQueue);
+    X11HotKeys hotKeys(mainQueue, keymap);
+    const X11KeyboardLayout keyboardLayout(keymap);
+    QtMenuTracking menuTracking;
+    X11SystemTray systemTray(mainQueue);
+    X11WindowManagement windowManagement;
+    ShelfPanelWidget shelfPanel(
+        {.mainQueue = mainQueue, .windowManagement = windowManagement, .toolkitRect = toolkitRect});
     AppDelegate delegate({.modelContainer = *container.value(),
                           .mainQueue = mainQueue,
                           .pasteboard = pasteboard,
                           .workspace = workspace,
+                          .screens = screens,
+                          .eventMonitors = eventMonitors,
+                          .keyPoster = keyPoster,
+                          .accessibility = accessibility,
+                          .hotKeys = hotKeys,
+                          .keyboardLayout = keyboardLayout,
+                          .menuTracking = menuTracking,
                           .defaults = defaults,
                           .machineInfo = machineInfo,
                           .singleInstance = singleInstance,
+                          .systemTray = systemTray,
+                          .shelfPanel = shelfPanel,
                           .terminate = [] { QApplication::quit(); }});
     const TerminationSignals signals([] { QApplication::quit(); });
     delegate.applicationWillFinishLaunching();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace kestrova {
 
@@ -14,6 +16,10 @@ class HUDController {
 public:
     virtual ~HUDController() = default;
     virtual void show(HUDEvent event, const std::shared_ptr<ClipboardItem>& item) = 0;
+
+    /// Where the shelf's lower edge stands, or would stand, on the screen under the mouse, in global points.
+    /// Absent once the shelf has gone.
+    std::function<std::optional<double>()> shelfPanelBottomY;
 };
 
 /// Stands where there is no toast to show: nothing on the screen belongs to the program.

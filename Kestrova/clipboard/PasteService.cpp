@@ -1,6 +1,10 @@
 #include "Kestrova/clipboard/PasteService.h"
 
+#include "Kestrova/clipboard/OwnWrite.h"
 #include "KestrovaCore/ClipboardItem.h"
+#include "Platform/Accessibility.h"
+#include "Platform/KeyPoster.h"
+#include "Platform/Workspace.h"
 
 namespace kestrova {
 
@@ -27,6 +31,27 @@ PasteboardEntry PasteService::entry(const ClipboardItem& item) {
 
 void PasteService::write(const ClipboardItem& item, Pasteboard& pasteboard) {
     pasteboard.write(entry(item));
+}
+
+void PasteService::postPasteKeystroke(KeyPoster& keyPoster, const std::optional<RunningApplication>& target) {
+    keyPoster.postPaste(target);
+}
+
+QCoro::Task<bool> PasteService::insertViaAccessibility(std::shared_ptr<ClipboardItem> item,
+                                                       std::optional<RunningApplication> application,
+                                                       Accessibility& accessibility,
+                                                       const Workspace& workspace, Pasteboard& pasteboard) {
+    const auto type = item->type();
+    if (!application || type == ClipboardItemType::image || type == ClipboardItemType::file)
+        co_return false;
+    if (application->processIdentifier < 1 || workspace.isTerminated(*application))
+        co_return false;
+    if (!co_await accessibility.setSelectedText(*application, item->content()))
+        co_return false;
+    // What was pasted stands on the pasteboard too, as after every other paste.
+    write(*item, pasteboard);
+    ownWriteChangeCount = pasteboard.changeCount();
+    co_return true;
 }
 
 } // namespace kestrova

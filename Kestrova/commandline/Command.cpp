@@ -123,11 +123,17 @@ struct Verb {
 };
 
 constexpr std::array verbs{
+    Verb{QLatin1StringView("toggle"), parsePlain<ToggleCommand>, "toggle",
+         "open the shelf, or close it if it is open"},
+    Verb{QLatin1StringView("show"), parsePlain<ShowCommand>, "show", "open the shelf"},
+    Verb{QLatin1StringView("hide"), parsePlain<HideCommand>, "hide", "close the shelf"},
     Verb{QLatin1StringView("list"), parseList, "list [--json] [--limit N] [--search TEXT]",
          "show the history, newest first"},
     Verb{QLatin1StringView("get"), parseGet, "get ID [--image FILE]",
          "print an item's text, or write its picture as PNG (FILE - prints it)"},
     Verb{QLatin1StringView("copy"), parseWithID<CopyCommand>, "copy ID", "put an item on the clipboard"},
+    Verb{QLatin1StringView("paste"), parseWithID<PasteCommand>, "paste ID",
+         "paste an item into the application in front"},
     Verb{QLatin1StringView("add"), parseAdd, "add TEXT", "add a text to the history and print its ID"},
     Verb{QLatin1StringView("pin"), parseWithID<PinCommand>, "pin ID",
          "pin an item, or unpin it if it is pinned"},

@@ -25,6 +25,9 @@ inline constexpr int notRunning = 3;
 struct StartCommand {};
 struct HelpCommand {};
 struct VersionCommand {};
+struct ToggleCommand {};
+struct ShowCommand {};
+struct HideCommand {};
 struct ListCommand {
     bool json = false;
     std::optional<std::size_t> limit;
@@ -36,6 +39,9 @@ struct GetCommand {
     std::optional<QString> imageFile;
 };
 struct CopyCommand {
+    ItemID id;
+};
+struct PasteCommand {
     ItemID id;
 };
 struct AddCommand {
@@ -52,8 +58,9 @@ struct StatusCommand {
 };
 struct QuitCommand {};
 
-using Command = std::variant<StartCommand, HelpCommand, VersionCommand, ListCommand, GetCommand, CopyCommand,
-                             AddCommand, PinCommand, DeleteCommand, StatusCommand, QuitCommand>;
+using Command = std::variant<StartCommand, HelpCommand, VersionCommand, ToggleCommand, ShowCommand,
+                             HideCommand, ListCommand, GetCommand, CopyCommand, PasteCommand, AddCommand,
+                             PinCommand, DeleteCommand, StatusCommand, QuitCommand>;
 
 /// What is wrong with the arguments, in one line without a line feed.
 struct WrongUse {

@@ -13,6 +13,7 @@
 #include "Platform/Workspace.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -43,6 +44,12 @@ CommandReply unwritten(const StoreError& error) {
     return failed(QStringLiteral("the history cannot be written yet: %1").arg(error.message));
 }
 
+CommandReply told(const std::function<void()>& listener) {
+    if (listener)
+        listener();
+    return {};
+}
+
 } // namespace
 
 CommandHandler::CommandHandler(const Surroundings& surroundings)
@@ -69,6 +76,18 @@ CommandReply CommandHandler::run(const HelpCommand&) {
 
 CommandReply CommandHandler::run(const VersionCommand&) {
     return printed(QStringLiteral("kestrova %1\n").arg(m_surroundings.machineInfo.shortVersionString()));
+}
+
+CommandReply CommandHandler::run(const ToggleCommand&) {
+    return told(onToggle);
+}
+
+CommandReply CommandHandler::run(const ShowCommand&) {
+    return told(onShow);
+}
+
+CommandReply CommandHandler::run(const HideCommand&) {
+    return told(onHide);
 }
 
 CommandReply CommandHandler::run(const ListCommand& command) {
@@ -99,6 +118,15 @@ CommandReply CommandHandler::run(const CopyCommand& command) {
     if (!item)
         return unknown(command.id);
     m_operations->copy(item);
+    return {};
+}
+
+CommandReply CommandHandler::run(const PasteCommand& command) {
+    const auto item = m_context.item(command.id);
+    if (!item)
+        return unknown(command.id);
+    if (onPaste)
+        onPaste(item);
     return {};
 }
 
@@ -136,6 +164,7 @@ CommandReply CommandHandler::run(const StatusCommand& command) {
         return unreadable(items ? pinned.error() : items.error());
     const auto front = m_surroundings.workspace.frontmostApplication();
     const bool monitors = m_surroundings.defaults.boolean(QStringLiteral("monitorEnabled")).value_or(true);
+    const auto refused = refusedShortcuts ? refusedShortcuts() : QStringList();
     if (command.json) {
         const QJsonObject status{
             {QStringLiteral("version"), m_surroundings.machineInfo.shortVersionString()},
@@ -147,6 +176,7 @@ CommandReply CommandHandler::run(const StatusCommand& command) {
             {QStringLiteral("frontmostApplication"), front && front->bundleIdentifier
                                                          ? QJsonValue(*front->bundleIdentifier)
                                                          : QJsonValue(QJsonValue::Null)},
+            {QStringLiteral("refusedShortcuts"), QJsonArray::fromStringList(refused)},
             {QStringLiteral("store"), m_surroundings.container.path()}};
         return {ExitStatus::success, QJsonDocument(status).toJson(), {}};
     }
@@ -154,20 +184,20 @@ CommandReply CommandHandler::run(const StatusCommand& command) {
                                   "Items: %3, of these pinned: %4\n"
                                   "Clipboard: %5\n"
                                   "In front: %6\n"
-                                  "Store: %7\n")
+                                  "Shortcuts held by another program: %7\n"
+                                  "Store: %8\n")
                        .arg(m_surroundings.machineInfo.shortVersionString())
                        .arg(QCoreApplication::applicationPid())
                        .arg(items.value())
                        .arg(pinned.value())
                        .arg(monitors ? QStringLiteral("recorded") : QStringLiteral("not recorded"))
                        .arg(front ? oneLine(front->localizedName) : QStringLiteral("-"))
+                       .arg(refused.isEmpty() ? QStringLiteral("-") : refused.join(QStringLiteral(", ")))
                        .arg(m_surroundings.container.path()));
 }
 
 CommandReply CommandHandler::run(const QuitCommand&) {
-    if (onQuit)
-        onQuit();
-    return {};
+    return told(onQuit);
 }
 
 } // namespace kestrova

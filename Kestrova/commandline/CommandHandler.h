@@ -36,6 +36,13 @@ public:
 
     CommandReply run(const QStringList& arguments);
 
+    std::function<void()> onToggle;
+    std::function<void()> onShow;
+    std::function<void()> onHide;
+    /// Pastes the item into the application in front.
+    std::function<void(const std::shared_ptr<ClipboardItem>&)> onPaste;
+    /// The shortcuts that another program holds, in words for people.
+    std::function<QStringList()> refusedShortcuts;
     /// The program was told to end; the answer is still to be sent.
     std::function<void()> onQuit;
 
@@ -43,9 +50,13 @@ private:
     CommandReply run(const StartCommand&);
     CommandReply run(const HelpCommand&);
     CommandReply run(const VersionCommand&);
+    CommandReply run(const ToggleCommand&);
+    CommandReply run(const ShowCommand&);
+    CommandReply run(const HideCommand&);
     CommandReply run(const ListCommand& command);
     CommandReply run(const GetCommand& command);
     CommandReply run(const CopyCommand& command);
+    CommandReply run(const PasteCommand& command);
     CommandReply run(const AddCommand& command);
     CommandReply run(const PinCommand& command);
     CommandReply run(const DeleteCommand& command);

@@ -9,6 +9,7 @@ namespace kestrova {
 
 class ClipboardItem;
 class HUDController;
+class KovaCollection;
 class ModelContext;
 class Pasteboard;
 
@@ -21,11 +22,19 @@ public:
     ItemOperations(ModelContext& context, Pasteboard& pasteboard, HUDController& hud)
         : m_context(context), m_pasteboard(pasteboard), m_hud(hud) {}
 
-    /// Puts the item on the pasteboard, marks that as an own write, and shows the toast.
+    /// Puts the item on the pasteboard and marks that as an own write.
+    void writeToPasteboard(const ClipboardItem& item);
+    /// As `writeToPasteboard`, and shows the toast.
     void copy(const std::shared_ptr<ClipboardItem>& item);
     Result<Done, StoreError> togglePin(ClipboardItem& item);
+    /// An item that is in the collection stays there once.
+    Result<Done, StoreError> addToCollection(ClipboardItem& item,
+                                             const std::shared_ptr<KovaCollection>& collection);
+    Result<Done, StoreError> removeFromCollection(ClipboardItem& item, const KovaCollection& collection);
     /// The row goes at once; there is no confirmation.
     Result<Done, StoreError> deleteItem(ClipboardItem& item);
+
+    static bool isInCollection(const ClipboardItem& item, const KovaCollection& collection);
 
 private:
     ModelContext& m_context;

@@ -12,8 +12,9 @@ namespace kestrova {
 /// Runs a state holder's "when this field changes, do that" the way a declarative view runs it: not as a
 /// field is set, but when the event handler that set it has returned.
 ///
-/// A holder keeps one of these, declares its reactions in order with `when`, and lets everything that enters
-/// it (a key, a notice, a queued block) run inside `perform`. Main thread only.
+/// A holder keeps one of these, declares its reactions in order with `when`, what is only painted with
+/// `watch`, and lets everything that enters it (a key, a notice, a queued block) run inside `perform`. Main
+/// thread only.
 class Reactions {
 public:
     Reactions() = default;
@@ -28,6 +29,12 @@ public:
         using Value = std::remove_cvref_t<std::invoke_result_t<Read>>;
         static_assert(std::equality_comparable<Value> && std::invocable<React, const Value&, const Value&>);
         m_watched.push_back(std::make_unique<Watched<Value, Read, React>>(std::move(read), std::move(react)));
+    }
+
+    /// Declares a value without a reaction: a change of it counts for `onSettled`.
+    template<std::invocable Read>
+    void watch(Read read) {
+        when(std::move(read), [](const auto&, const auto&) {});
     }
 
     /// Runs `handler`, then the reactions of all that it changed. What those change is looked at in a further

@@ -1,13 +1,22 @@
 #include "Kestrova/AppDelegate.h"
 
 #include "Kestrova/clipboard/OwnWrite.h"
-#include "tests/support/FakePasteboard.h"
+#include "tests/support/EffectTrace.h"
+#include "tests/support/FakeHotKeys.h"
+#include "tests/support/FakeKeyboardLayout.h"
+#include "tests/support/FakeMenuTracking.h"
+#include "tests/support/FakeSystemTray.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/ManualMainQueue.h"
 #include "tests/support/Ports.h"
 #include "tests/support/StoreFixture.h"
 
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <vector>
@@ -23,19 +32,39 @@ protected:
 
     const QString cleanlyKey = QStringLiteral("diagnostics.lastSessionEndedCleanly");
     ManualMainQueue m_queue;
-    FakePasteboard m_pasteboard;
-    FakeWorkspace m_workspace;
+    EffectTrace m_trace{m_queue};
+    TracedPasteboard m_tracedPasteboard{m_trace};
+    FakePasteboard& m_pasteboard = m_tracedPasteboard.inner;
+    TracedWorkspace m_workspace{m_trace};
+    FakeScreens m_screens;
+    TracedEventMonitors m_eventMonitors{m_trace};
+    TracedKeyPoster m_keyPoster{m_trace};
+    TracedAccessibility m_accessibility{m_queue, m_trace};
+    FakeHotKeys m_hotKeys;
+    FakeKeyboardLayout m_keyboardLayout;
+    FakeMenuTracking m_menuTracking;
+    FakeSystemTray m_systemTray;
+    TracedPanel m_panel{m_trace};
     InMemoryUserDefaults m_defaults;
     FakeMachineInfo m_machineInfo;
     FakeSingleInstance m_instance;
     int m_terminations = 0;
     AppDelegate m_delegate{{.modelContainer = *m_container,
                             .mainQueue = m_queue,
-                            .pasteboard = m_pasteboard,
+                            .pasteboard = m_tracedPasteboard,
                             .workspace = m_workspace,
+                            .screens = m_screens,
+                            .eventMonitors = m_eventMonitors,
+                            .keyPoster = m_keyPoster,
+                            .accessibility = m_accessibility,
+                            .hotKeys = m_hotKeys,
+                            .keyboardLayout = m_keyboardLayout,
+                            .menuTracking = m_menuTracking,
                             .defaults = m_defaults,
                             .machineInfo = m_machineInfo,
                             .singleInstance = m_instance,
+                            .systemTray = m_systemTray,
+                            .shelfPanel = m_panel,
                             .terminate = [this] { ++m_terminations; }}};
 };
 
@@ -58,9 +87,13 @@ TEST_F(AppDelegateTest, LaunchesInTheSettledOrder) {
 
 TEST_F(AppDelegateTest, PollsBeforeTheShelfExists) {
     m_delegate.onLaunchStep = [&](LaunchStep step) {
-        EXPECT_EQ(m_queue.isEmpty(), step < LaunchStep::shelfPanel);
+        if (step != LaunchStep::shelfPanel)
+            return;
+        EXPECT_EQ(m_panel.content, nullptr);
+        m_pasteboard.copyElsewhere(QStringLiteral("early"));
     };
     m_delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(savedContents(*m_container), QStringList{QStringLiteral("early")});
 }
 
 TEST_F(AppDelegateTest, ACopyBecomesARowWithTheTimerAndAsSoonAsThePasteboardAsks) {
@@ -141,6 +174,82 @@ TEST_F(AppDelegateTest, HasNoPlaceInTheTaskListUnlessShowInDockIsTrue) {
     EXPECT_EQ(m_delegate.activationPolicy(), ActivationPolicy::accessory);
     m_delegate.applicationWillFinishLaunching();
     EXPECT_EQ(m_delegate.activationPolicy(), ActivationPolicy::regular);
+}
+
+// Super+Shift+V.
+constexpr std::uint32_t keyV = 9;
+constexpr std::uint32_t commandAndShift = 0x300;
+
+TEST_F(AppDelegateTest, TheEffectsOfALaunch) {
+    m_delegate.onLaunchStep = [&](LaunchStep step) {
+        if (step == LaunchStep::hotkeys) {
+            EXPECT_TRUE(m_hotKeys.live.empty()) << "before its step";
+        }
+    };
+    m_delegate.applicationDidFinishLaunching();
+    m_queue.turn();
+    // A launch shows nothing, takes no focus and writes nothing; it fills the hidden panel and takes its
+    // keys.
+    EXPECT_THAT(m_trace.take(), testing::ElementsAre(QStringLiteral("0 panel.setContent")));
+    EXPECT_EQ(
+        m_hotKeys.combinations(),
+        (std::vector<FakeHotKeys::Combination>{
+            {keyV, commandAndShift}, {21, commandAndShift}, {20, commandAndShift}, {22, commandAndShift}}));
+}
+
+TEST_F(AppDelegateTest, TheShortcutOpensTheShelfAndClosesIt) {
+    m_delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(m_hotKeys.press(keyV, commandAndShift));
+    EXPECT_TRUE(m_panel.isVisible());
+    EXPECT_TRUE(m_hotKeys.press(keyV, commandAndShift));
+    m_queue.advance(120ms);
+    EXPECT_FALSE(m_panel.isVisible());
+}
+
+TEST_F(AppDelegateTest, TheCommandsOpenAndCloseTheShelf) {
+    m_delegate.applicationDidFinishLaunching();
+    const auto run = [&](const char* word) {
+        EXPECT_EQ(m_instance.onCommand({QString::fromLatin1(word)}).exitStatus, 0);
+        m_queue.advance(120ms);
+        return m_panel.isVisible();
+    };
+    EXPECT_FALSE(run("hide"));
+    EXPECT_TRUE(run("toggle"));
+    EXPECT_FALSE(run("toggle"));
+    EXPECT_TRUE(run("show"));
+    m_trace.take();
+    EXPECT_TRUE(run("show"));
+    EXPECT_TRUE(m_trace.take().isEmpty()) << "it is open already";
+    EXPECT_FALSE(run("hide"));
+}
+
+TEST_F(AppDelegateTest, ThePasteCommandAimsAtTheApplicationInFrontAndMakesNoPanelKey) {
+    RunningApplication editor;
+    editor.processIdentifier = 1;
+    editor.bundleIdentifier = QStringLiteral("editor");
+    m_workspace.frontmost = editor;
+    m_delegate.applicationDidFinishLaunching();
+    m_pasteboard.copyElsewhere(QStringLiteral("words"));
+    m_trace.take();
+    EXPECT_EQ(m_instance.onCommand({QStringLiteral("paste"), QStringLiteral("1")}).exitStatus, 0);
+    m_queue.advance(1s);
+    EXPECT_THAT(m_trace.take(),
+                testing::ElementsAre(QStringLiteral("0 accessibility.setSelectedText editor words"),
+                                     QStringLiteral("50 pasteboard.write words"),
+                                     QStringLiteral("50 workspace.activate editor"),
+                                     QStringLiteral("100 keys.postPaste editor")));
+    EXPECT_EQ(savedContents(*m_container).size(), 1) << "an own write makes no row";
+}
+
+TEST_F(AppDelegateTest, StatusTellsAShortcutThatAnotherProgramHolds) {
+    m_hotKeys.refused[{keyV, commandAndShift}] = {HotKeys::alreadyHeld, {}};
+    m_delegate.applicationDidFinishLaunching();
+    const auto status = m_instance.onCommand({QStringLiteral("status"), QStringLiteral("--json")});
+    const auto refused =
+        QJsonDocument::fromJson(status.standardOutput).object().value(u"refusedShortcuts").toArray();
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_TRUE(refused[0].toString().startsWith(u"togglePanel "));
+    EXPECT_NE(m_defaults.text(QStringLiteral("KeyboardShortcuts_togglePanel")), std::nullopt);
 }
 
 } // namespace

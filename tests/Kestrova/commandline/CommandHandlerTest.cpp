@@ -248,5 +248,37 @@ TEST_F(CommandHandlerTest, QuitTellsTheProgram) {
     EXPECT_TRUE(told);
 }
 
+TEST_F(CommandHandlerTest, ToggleShowAndHideReachWhoeverJoinedThem) {
+    QStringList told;
+    m_handler.onToggle = [&] { told.append(QStringLiteral("toggle")); };
+    m_handler.onShow = [&] { told.append(QStringLiteral("show")); };
+    m_handler.onHide = [&] { told.append(QStringLiteral("hide")); };
+    for (const char* const word : {"hide", "toggle", "show"})
+        EXPECT_EQ(run(word).exitStatus, ExitStatus::success);
+    EXPECT_EQ(told, (QStringList{QStringLiteral("hide"), QStringLiteral("toggle"), QStringLiteral("show")}));
+}
+
+TEST_F(CommandHandlerTest, PasteHandsTheItemOnAndAnUnknownOneFails) {
+    const auto item = insert(makeText(QStringLiteral("words")));
+    QStringList pasted;
+    m_handler.onPaste = [&](const auto& each) { pasted.append(each->content()); };
+    EXPECT_EQ(run({QStringLiteral("paste"), QString::number(item->id().value)}).exitStatus,
+              ExitStatus::success);
+    EXPECT_EQ(pasted, QStringList{QStringLiteral("words")});
+    EXPECT_EQ(run("paste 999").exitStatus, ExitStatus::failure);
+    EXPECT_EQ(pasted.size(), 1);
+}
+
+TEST_F(CommandHandlerTest, StatusTellsTheShortcutsThatAnotherProgramHolds) {
+    EXPECT_TRUE(run("status").standardOutput.contains("Shortcuts held by another program: -\n"));
+    m_handler.refusedShortcuts = [] { return QStringList{QStringLiteral("togglePanel ⇧⌘V")}; };
+    EXPECT_TRUE(run("status").standardOutput.contains("held by another program: togglePanel ⇧⌘V\n"));
+    EXPECT_EQ(QJsonDocument::fromJson(run("status --json").standardOutput)
+                  .object()
+                  .value(u"refusedShortcuts")
+                  .toArray(),
+              QJsonArray{QStringLiteral("togglePanel ⇧⌘V")});
+}
+
 } // namespace
 } // namespace kestrova

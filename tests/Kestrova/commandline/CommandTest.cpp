@@ -53,6 +53,10 @@ TEST(CommandTest, TheOthersTakeAnIdentifierOrNothing) {
     EXPECT_EQ(parsed<PinCommand>(words("pin 2")).id, ItemID{2});
     EXPECT_EQ(parsed<DeleteCommand>(words("delete 3")).id, ItemID{3});
     EXPECT_TRUE(parsed<StatusCommand>(words("status --json")).json);
+    EXPECT_EQ(parsed<PasteCommand>(words("paste 4")).id, ItemID{4});
+    parsed<ToggleCommand>(words("toggle"));
+    parsed<ShowCommand>(words("show"));
+    parsed<HideCommand>(words("hide"));
     parsed<QuitCommand>(words("quit"));
     parsed<HelpCommand>(words("--help"));
     parsed<HelpCommand>(words("-h"));
@@ -75,7 +79,8 @@ INSTANTIATE_TEST_SUITE_P(Table, WrongUseOf,
                                          "get 1 2", "get 1 --image",
                                          "get 1 --image=", "get 99999999999999999999", "copy", "copy one",
                                          "add", "add a b", "pin", "pin 1 2", "delete", "delete 1.0",
-                                         "status extra", "status --limit 1", "quit now", "--help me"));
+                                         "status extra", "status --limit 1", "quit now", "--help me",
+                                         "toggle 1", "show x", "hide x", "paste", "paste x"));
 
 TEST(CommandTest, AnEmptyTextCannotBeAdded) {
     EXPECT_FALSE(parseCommand({QStringLiteral("add"), QString()}));
@@ -83,8 +88,8 @@ TEST(CommandTest, AnEmptyTextCannotBeAdded) {
 
 TEST(CommandTest, TheHelpNamesEveryCommand) {
     const auto help = helpText();
-    for (const auto* verb :
-         {"list", "get", "copy", "add", "pin", "delete", "status", "quit", "--help", "--version"})
+    for (const auto* verb : {"toggle", "show", "hide", "list", "get", "copy", "paste", "add", "pin", "delete",
+                             "status", "quit", "--help", "--version"})
         EXPECT_TRUE(help.contains(QStringLiteral("\n  ") + QString::fromUtf8(verb))) << verb;
 }
 

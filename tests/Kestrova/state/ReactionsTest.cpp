@@ -149,6 +149,23 @@ TEST_F(ReactionsTest, WhatChangedOutsideAnEntryIsSeenByTheNextOne) {
     EXPECT_EQ(log, (Log{"a:0>1", "settled"}));
 }
 
+TEST_F(ReactionsTest, AWatchedValueHasNoReactionButItsChangeIsPainted) {
+    int d = 0;
+    reactions.watch([&d] { return d; });
+    reactions.perform([&] { d = 1; });
+    EXPECT_EQ(log, Log{"settled"});
+    reactions.perform([] {});
+    EXPECT_EQ(log, Log{"settled"});
+}
+
+TEST_F(ReactionsTest, AWatchedValueThatAReactionChangesIsPaintedWithIt) {
+    int d = 0;
+    reactions.watch([&d] { return d; });
+    react = [&](const std::string&) { d = 1; };
+    reactions.perform([&] { a = 1; });
+    EXPECT_EQ(log, (Log{"a:0>1", "settled"}));
+}
+
 TEST(ReactionsDeathTest, ATableThatNeverComesToRestIsABrokenInvariant) {
     EXPECT_DEATH(
         {

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Platform/Screens.h"
+
+#include <chrono>
+#include <cstdint>
+
+namespace kestrova {
+
+class ShelfPanelView;
+
+/// How an animation moves between its ends.
+enum class AnimationTiming { easeIn, easeOut, easeInEaseOut };
+
+/// The shelf's window: borderless, above all others, on every workspace, able to take keys and to give them
+/// back. Main thread only; rectangles in global points.
+class ShelfPanel {
+public:
+    using Duration = std::chrono::milliseconds;
+
+    virtual ~ShelfPanel() = default;
+
+    /// Fills the window with what paints `view`, which outlives the panel's use of it. Called once.
+    virtual void setContent(ShelfPanelView& view) = 0;
+
+    /// Ordered in, whatever its alpha.
+    virtual bool isVisible() const = 0;
+    /// The host's number of the window.
+    virtual std::uint64_t windowNumber() const = 0;
+
+    virtual void setFrame(const ScreenRect& frame) = 0;
+    virtual void animateFrame(const ScreenRect& frame, Duration duration, AnimationTiming timing) = 0;
+    virtual void setAlpha(double alpha) = 0;
+    virtual void animateAlpha(double alpha, Duration duration, AnimationTiming timing) = 0;
+    virtual void orderFrontRegardless() = 0;
+    virtual void orderOut() = 0;
+    virtual void setIgnoresMouseEvents(bool ignores) = 0;
+
+    /// Ends the editing of whichever text control has the focus, and gives the focus to the window's content,
+    /// so that keys no longer reach the control.
+    virtual void endEditing() = 0;
+};
+
+} // namespace kestrova

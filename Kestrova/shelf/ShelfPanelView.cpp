@@ -1,0 +1,430 @@
+#include "Kestrova/shelf/ShelfPanelView.h"
+
+#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/shelf/ShelfKeyboard.h"
+#include "Kestrova/shelf/ShelfPanel.h"
+#include "KestrovaCore/ClipboardItem.h"
+#include "KestrovaCore/KovaCollection.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace kestrova {
+namespace {
+
+constexpr double widthWithSidebar = 960;
+constexpr double widthWithoutSidebar = 760;
+constexpr std::size_t deletionsKept = 20;
+// The rows of the sidebar that are no collection: all, pinned, screenshots.
+constexpr std::ptrdiff_t fixedRows = 3;
+
+QString themeKey() {
+    return QStringLiteral("themePreference");
+}
+
+std::shared_ptr<ClipboardItem> itemOf(const QUrl& url) {
+    const bool isFile = url.isLocalFile();
+    const auto absolute = url.toString(QUrl::FullyEncoded);
+    auto item =
+        std::make_shared<ClipboardItem>(isFile ? url.path(QUrl::FullyEncoded) : absolute,
+                                        isFile ? ClipboardItemType::file : ClipboardItemType::url,
+                                        std::nullopt, currentTimestamp(), false, ItemSource::clipboard);
+    if (isFile) {
+        item->setFileURLString(absolute);
+        if (const QFileInfo file(url.toLocalFile()); file.exists())
+            item->setFileSize(file.size());
+    }
+    return item;
+}
+
+/// Two views of one history, between which a chip is kept.
+bool isBetweenAllAndPinned(const CollectionFilter& from, const CollectionFilter& to) {
+    return (from == CollectionFilter::all() && to == CollectionFilter::pinned()) ||
+           (from == CollectionFilter::pinned() && to == CollectionFilter::all());
+}
+
+} // namespace
+
+ShelfPanelView::ShelfPanelView(const Surroundings& surroundings, Callbacks callbacks)
+    : onSelect(std::move(callbacks.onSelect)),
+      onDismiss(std::move(callbacks.onDismiss)),
+      onEditImage(std::move(callbacks.onEditImage)),
+      onPanelWidthChange(std::move(callbacks.onPanelWidthChange)),
+      _sidebarVisible(surroundings.defaults, QStringLiteral("shelfSidebarVisible"), true),
+      _previewVisible(surroundings.defaults, QStringLiteral("shelfPreviewVisible"), true),
+      m_surroundings(surroundings),
+      m_context(surroundings.container),
+      m_items(m_context),
+      m_allCollections(m_context),
+      m_operations(m_context, surroundings.pasteboard, surroundings.hud),
+      m_lists(m_items, m_context),
+      m_keyboard(std::make_unique<ShelfKeyboard>(*this)) {
+    declareReactions();
+    m_reactions.onSettled = [this] {
+        if (onRender)
+            onRender();
+    };
+    m_items.onChange = [this] {
+        perform([this] {
+            m_lists.itemsChanged();
+            ++m_itemsRevision;
+        });
+    };
+    m_allCollections.onChange = [this] { perform([this] { ++m_collectionsRevision; }); };
+    for (const auto& key : {themeKey(), _sidebarVisible.key(), _previewVisible.key()})
+        m_observations.push_back(surroundings.defaults.observe(key, [this] { perform([] {}); }));
+}
+
+ShelfPanelView::~ShelfPanelView() = default;
+
+void ShelfPanelView::declareReactions() {
+    m_reactions.when([this] { return _searchFocused; },
+                     [this](bool, bool focused) {
+                         if (focused)
+                             _lane = KeyboardLane::search;
+                     });
+    m_reactions.when([this] { return _query; },
+                     [this](const QString&, const QString&) { resetSelectionToFirst(); });
+    m_reactions.when([this] { return _typeFilter; },
+                     [this](const auto&, const auto&) {
+                         resetSelectionToFirst();
+                         resignSearchFocus();
+                     });
+    m_reactions.when([this] { return _collectionFilter; },
+                     [this](const auto& from, const auto& to) { lensChanged(from, to); });
+    m_reactions.when([this] { return static_cast<bool>(_sidebarVisible); },
+                     [this](bool, bool visible) {
+                         reportPanelWidth();
+                         if (!visible && _lane == KeyboardLane::sidebar)
+                             _lane = KeyboardLane::list;
+                         resignSearchFocus();
+                     });
+    m_reactions.when([this] { return _viewMode; },
+                     [this](ShelfViewMode, ShelfViewMode) {
+                         reportPanelWidth();
+                         if (_selection)
+                             _scrollTarget = _selection;
+                         resignSearchFocus();
+                     });
+    m_reactions.when([this] { return static_cast<bool>(_previewVisible); },
+                     [this](bool, bool) {
+                         reportPanelWidth();
+                         resignSearchFocus();
+                     });
+    m_reactions.watch([this] { return themeRaw(); });
+    m_reactions.watch([this] { return std::pair(m_itemsRevision, m_collectionsRevision); });
+    m_reactions.watch([this] { return std::array{_selection, _hoveredItem, _scrollTarget}; });
+    m_reactions.watch([this] { return _route; });
+    m_reactions.watch([this] { return std::array{_optionHeld, _commandHeld, _controlHeld}; });
+    m_reactions.watch([this] { return std::pair(_lane, _activeTagIndex); });
+}
+
+void ShelfPanelView::lensChanged(const CollectionFilter& from, const CollectionFilter& to) {
+    const bool keepsChip =
+        isBetweenAllAndPinned(from, to) &&
+        (!_typeFilter || std::ranges::find(availableTypes(), *_typeFilter) != availableTypes().end());
+    if (!keepsChip)
+        _typeFilter.reset();
+    _activeTagIndex = 0;
+    resetSelectionToFirst();
+    resignSearchFocus();
+}
+
+void ShelfPanelView::reportPanelWidth() {
+    onPanelWidthChange(panelWidth());
+}
+
+// Events
+
+void ShelfPanelView::viewAppears() {
+    perform([this] {
+        const auto& shown = filteredItems();
+        _selection = shown.empty() ? std::nullopt : std::optional{shown.front()->id()};
+        installMonitors();
+        _lane = KeyboardLane::search;
+        _searchFocused = true;
+    });
+}
+
+void ShelfPanelView::shelfPanelDidShow() {
+    perform([this] {
+        resetSelectionToFirst();
+        _lane = KeyboardLane::search;
+        _searchFocused = true;
+    });
+}
+
+void ShelfPanelView::viewDisappears() {
+    perform([this] {
+        removeMonitors();
+        _optionHeld = _commandHeld = _controlHeld = false;
+        _hoverPollTimer.cancel();
+        _dragReorderPollTimer.cancel();
+        _hoveredDropTarget.reset();
+        _draggingCollectionID.reset();
+        _dragReorderHoverX.reset();
+    });
+}
+
+void ShelfPanelView::installMonitors() {
+    if (_keyMonitor)
+        return;
+    _keyMonitor =
+        m_surroundings.eventMonitors.addLocalMonitor(EventMask::keyDown, [this](const LocalEvent& event) {
+            return isOfThePanel(event) && m_keyboard->handleKey(event.key);
+        });
+    _modifierMonitor = m_surroundings.eventMonitors.addLocalMonitor(
+        EventMask::flagsChanged, [this](const LocalEvent& event) {
+            if (isOfThePanel(event))
+                m_keyboard->modifiersChanged(event.key.modifierFlags);
+            return false;
+        });
+}
+
+void ShelfPanelView::removeMonitors() {
+    _keyMonitor.reset();
+    _modifierMonitor.reset();
+}
+
+bool ShelfPanelView::isOfThePanel(const LocalEvent& event) const {
+    const auto& panel = m_surroundings.panel;
+    return event.window != 0 && panel.isVisible() && event.window == panel.windowNumber();
+}
+
+// Derived values
+
+QString ShelfPanelView::themeRaw() const {
+    return m_surroundings.defaults.text(themeKey()).value_or(QStringLiteral("system"));
+}
+
+const ShelfPanelView::Items& ShelfPanelView::lensItems() const {
+    return m_lists.lensItems(_collectionFilter);
+}
+
+const ShelfPanelView::Items& ShelfPanelView::filteredItems() const {
+    return m_lists.filteredItems({_collectionFilter, _typeFilter, _query});
+}
+
+const std::vector<ClipboardItemType>& ShelfPanelView::availableTypes() const {
+    return m_lists.availableTypes(_collectionFilter);
+}
+
+std::shared_ptr<KovaCollection> ShelfPanelView::activeCollection() const {
+    if (_collectionFilter.kind() != CollectionFilter::Kind::collection)
+        return nullptr;
+    const auto found =
+        std::ranges::find(allCollections(), _collectionFilter.collectionID(), &KovaCollection::id);
+    return found == allCollections().end() ? nullptr : *found;
+}
+
+std::shared_ptr<ClipboardItem> ShelfPanelView::currentItem() const {
+    const auto& shown = filteredItems();
+    for (const auto& wanted : {_selection, _hoveredItem})
+        if (const auto index = indexInFilteredItems(wanted))
+            return shown[*index];
+    return shown.empty() ? nullptr : shown.front();
+}
+
+std::size_t ShelfPanelView::sidebarIndex() const {
+    switch (_collectionFilter.kind()) {
+    case CollectionFilter::Kind::all:
+        return 0;
+    case CollectionFilter::Kind::pinned:
+        return 1;
+    case CollectionFilter::Kind::screenshots:
+        return 2;
+    case CollectionFilter::Kind::collection:
+        const auto& all = allCollections();
+        const auto found = std::ranges::find(all, _collectionFilter.collectionID(), &KovaCollection::id);
+        return found == all.end() ? 0 : static_cast<std::size_t>(found - all.begin() + fixedRows);
+    }
+    Q_UNREACHABLE();
+}
+
+std::optional<std::size_t> ShelfPanelView::indexInFilteredItems(std::optional<ItemID> id) const {
+    return id ? m_lists.indexOf(*id, {_collectionFilter, _typeFilter, _query}) : std::nullopt;
+}
+
+double ShelfPanelView::panelWidth() const {
+    return _sidebarVisible ? widthWithSidebar : widthWithoutSidebar;
+}
+
+std::optional<TabDropTarget> ShelfPanelView::dropTargetAt(QPointF point) const {
+    // Half-open, so that the edge between two rows belongs to one of them.
+    const auto hit = std::ranges::find_if(_tabFrames, [&](const auto& entry) {
+        const QRectF& frame = entry.second;
+        return point.x() >= frame.left() && point.x() < frame.right() && point.y() >= frame.top() &&
+               point.y() < frame.bottom();
+    });
+    return hit == _tabFrames.end() ? std::nullopt : std::optional{hit->first};
+}
+
+// Operations on the state
+
+void ShelfPanelView::selectSidebarRow(std::ptrdiff_t row) {
+    const auto& all = allCollections();
+    const auto existing = std::min(row, std::ssize(all) + fixedRows - 1);
+    if (existing <= 0)
+        _collectionFilter = CollectionFilter::all();
+    else if (existing == 1)
+        _collectionFilter = CollectionFilter::pinned();
+    else if (existing == 2)
+        _collectionFilter = CollectionFilter::screenshots();
+    else
+        _collectionFilter =
+            CollectionFilter::collection(all[static_cast<std::size_t>(existing - fixedRows)]->id());
+}
+
+void ShelfPanelView::selectTypeChip(std::ptrdiff_t position) {
+    const auto& types = availableTypes();
+    if (position < 0 || position > std::ssize(types))
+        return;
+    _typeFilter = position == 0 ? std::nullopt : std::optional{types[static_cast<std::size_t>(position - 1)]};
+    // A lens that cannot be seen must not narrow what the chip shows.
+    if (!_sidebarVisible)
+        _collectionFilter = CollectionFilter::all();
+}
+
+void ShelfPanelView::moveSelection(std::ptrdiff_t delta) {
+    const auto& shown = filteredItems();
+    if (shown.empty())
+        return;
+    const auto index = indexInFilteredItems(_selection);
+    const auto from = index ? static_cast<std::ptrdiff_t>(*index) : -1;
+    const auto to = std::clamp<std::ptrdiff_t>(from + delta, 0, std::ssize(shown) - 1);
+    select(shown[static_cast<std::size_t>(to)]->id());
+}
+
+void ShelfPanelView::resetSelectionToFirst() {
+    const auto& shown = filteredItems();
+    select(shown.empty() ? std::nullopt : std::optional{shown.front()->id()});
+}
+
+void ShelfPanelView::select(std::optional<ItemID> id) {
+    _selection = id;
+    _scrollTarget = id;
+}
+
+void ShelfPanelView::resignSearchFocus() {
+    // Both are needed: with the state alone, keys would go on reaching the text control.
+    if (m_surroundings.panel.isVisible())
+        m_surroundings.panel.endEditing();
+    _searchFocused = false;
+}
+
+void ShelfPanelView::popRoute() {
+    _route = std::exchange(_suspendedRoute, std::nullopt);
+}
+
+// Operations on an item
+
+template<typename Change>
+void ShelfPanelView::changeAndSave(Change&& change) {
+    // A row whose save failed still has its temporary identifier; if this one works, it gets its own.
+    const auto unsaved = _selection && _selection->isTemporary() ? m_context.item(*_selection) : nullptr;
+    static_cast<void>(std::forward<Change>(change)());
+    m_lists.itemsChanged();
+    if (unsaved)
+        _selection = unsaved->id();
+}
+
+void ShelfPanelView::copy(const std::shared_ptr<ClipboardItem>& item) {
+    m_operations.copy(item);
+}
+
+void ShelfPanelView::writeToPasteboard(const ClipboardItem& item) {
+    m_operations.writeToPasteboard(item);
+}
+
+void ShelfPanelView::togglePin(ClipboardItem& item) {
+    changeAndSave([&] { return m_operations.togglePin(item); });
+}
+
+bool ShelfPanelView::isEditable(const ClipboardItem& item) {
+    switch (item.type()) {
+    case ClipboardItemType::text:
+    case ClipboardItemType::rtf:
+    case ClipboardItemType::url:
+    case ClipboardItemType::color:
+        return true;
+    case ClipboardItemType::image:
+    case ClipboardItemType::file:
+        return false;
+    }
+    Q_UNREACHABLE();
+}
+
+void ShelfPanelView::edit(const std::shared_ptr<ClipboardItem>& item) {
+    if (isEditable(*item))
+        _route = DetailRoute::edit(item);
+}
+
+void ShelfPanelView::preview(const std::shared_ptr<ClipboardItem>& item) {
+    _route = DetailRoute::preview(item);
+}
+
+void ShelfPanelView::saveEdit(ClipboardItem& item, const QString& content) {
+    changeAndSave([&] {
+        item.setContent(content);
+        return m_context.save();
+    });
+    popRoute();
+}
+
+void ShelfPanelView::addToCollection(ClipboardItem& item, const std::shared_ptr<KovaCollection>& collection) {
+    changeAndSave([&] { return m_operations.addToCollection(item, collection); });
+}
+
+void ShelfPanelView::removeFromCollection(ClipboardItem& item, const KovaCollection& collection) {
+    changeAndSave([&] { return m_operations.removeFromCollection(item, collection); });
+}
+
+void ShelfPanelView::toggleCollection(ClipboardItem& item,
+                                      const std::shared_ptr<KovaCollection>& collection) {
+    if (ItemOperations::isInCollection(item, *collection))
+        removeFromCollection(item, *collection);
+    else
+        addToCollection(item, collection);
+}
+
+void ShelfPanelView::itemTapped() {
+    _lane = KeyboardLane::list;
+    resignSearchFocus();
+}
+
+void ShelfPanelView::deleteItem(ClipboardItem& item) {
+    _deletedStack.push_back(DeletedItemSnapshot::of(item));
+    if (_deletedStack.size() > deletionsKept)
+        _deletedStack.erase(_deletedStack.begin());
+    changeAndSave([&] { return m_operations.deleteItem(item); });
+}
+
+void ShelfPanelView::undoLastDelete() {
+    if (_deletedStack.empty())
+        return;
+    const auto item = _deletedStack.back().restored(allCollections());
+    _deletedStack.pop_back();
+    changeAndSave([&] {
+        m_context.insert(item);
+        return m_context.save();
+    });
+    select(item->id());
+}
+
+void ShelfPanelView::dropURLs(const QList<QUrl>& urls) {
+    std::shared_ptr<ClipboardItem> last;
+    changeAndSave([&] {
+        for (const auto& url : urls) {
+            last = itemOf(url);
+            m_context.insert(last);
+        }
+        return m_context.save();
+    });
+    if (last)
+        m_surroundings.hud.show(HUDEvent::copied, last);
+}
+
+} // namespace kestrova

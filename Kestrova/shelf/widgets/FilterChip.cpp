@@ -1,0 +1,85 @@
+#include "Kestrova/shelf/widgets/FilterChip.h"
+
+#include "Kestrova/shelf/widgets/KeyCapsule.h"
+#include "Kestrova/shelf/widgets/Symbol.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+namespace kestrova {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int horizontalPadding = 10;
+constexpr double symbolSize = 14;
+constexpr double labelSize = 12;
+constexpr double ringWidth = 1.2;
+
+QFont labelFont() {
+    return shelfFont(labelSize, QFont::Medium);
+}
+
+} // namespace
+
+FilterChip::FilterChip(QWidget* parent)
+    : PanelButton(parent), m_digitShown(150ms, QEasingCurve::OutQuad, [this] { update(); }) {
+    setCheckable(false);
+}
+
+void FilterChip::render(const Values& values, const ShelfTheme& theme) {
+    setTheme(theme);
+    if (values.controlShortcut)
+        m_digit = *values.controlShortcut;
+    if (isVisible())
+        m_digitShown.glideTo(values.controlShortcut.has_value());
+    else
+        m_digitShown.jumpTo(values.controlShortcut.has_value());
+    updateOnChange(*this, m_values, values);
+}
+
+QSize FilterChip::sizeHint() const {
+    const int content = m_values.label.isEmpty()
+                            ? static_cast<int>(Symbol::edgeFor(symbolSize))
+                            : QFontMetrics(labelFont()).horizontalAdvance(m_values.label);
+    return {content + 2 * horizontalPadding, height};
+}
+
+void FilterChip::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF frame = rect();
+    const auto capsule = [&](double inset) {
+        const auto shape = frame.adjusted(inset, inset, -inset, -inset);
+        painter.drawRoundedRect(shape, shape.height() / 2, shape.height() / 2);
+    };
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_values.isSelected ? theme().selectedChip : theme().chip);
+    capsule(0);
+    if (!m_values.isSelected && hover() > 0) {
+        painter.setOpacity(hover());
+        painter.setBrush(theme().hover);
+        capsule(0);
+        painter.setOpacity(1);
+    }
+    if (m_values.keyboardActive) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(theme().chipRing, ringWidth));
+        capsule(ringWidth / 2);
+    }
+    // The keys lie over it and are to be read alone.
+    painter.setOpacity(1 - m_digitShown.value());
+    const auto color = m_values.isSelected ? theme().activeSymbol : theme().symbol;
+    if (m_values.label.isEmpty()) {
+        Symbol(m_values.systemIcon).paint(painter, frame, Symbol::edgeFor(symbolSize), color);
+    } else {
+        painter.setFont(labelFont());
+        painter.setPen(m_values.isSelected ? theme().text : theme().secondaryText);
+        painter.drawText(frame, Qt::AlignCenter, m_values.label);
+    }
+    painter.setOpacity(1);
+    KeyCapsule{{QStringLiteral("control")}, QString::number(m_digit)}.paint(painter, frame.center(), theme(),
+                                                                            m_digitShown.value());
+}
+
+} // namespace kestrova

@@ -1,0 +1,211 @@
+#include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
+
+#include "Kestrova/shelf/ShelfPanelView.h"
+#include "Kestrova/shelf/widgets/ShelfContent.h"
+#include "Platform/WindowManagement.h"
+
+#include <QEvent>
+#include <QPixmap>
+#include <QWindow>
+
+#include <cmath>
+#include <utility>
+
+namespace kestrova {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto widthDuration = 280ms;
+// The program is ready for others first.
+constexpr auto preparationDelay = 100ms;
+constexpr int fullWidth = 960;
+
+QEasingCurve::Type easing(AnimationTiming timing) {
+    switch (timing) {
+    case AnimationTiming::easeIn:
+        return QEasingCurve::InQuad;
+    case AnimationTiming::easeOut:
+        return QEasingCurve::OutQuad;
+    case AnimationTiming::easeInEaseOut:
+        return QEasingCurve::InOutQuad;
+    }
+    Q_UNREACHABLE();
+}
+
+void run(QVariantAnimation& animation, const QVariant& from, const QVariant& to,
+         std::chrono::milliseconds duration, QEasingCurve::Type curve) {
+    animation.stop();
+    animation.setStartValue(from);
+    animation.setEndValue(to);
+    animation.setDuration(static_cast<int>(duration.count()));
+    animation.setEasingCurve(curve);
+    animation.start();
+}
+
+/// Corners by whole pixels, for screens on which nothing is blended.
+QRegion roundedRegion(const QRect& rect) {
+    constexpr double radius = ShelfContent::cornerRadius;
+    QRegion region(rect);
+    for (int line = 0; line < static_cast<int>(radius); ++line) {
+        const double rise = radius - line - 0.5;
+        const int cut = static_cast<int>(std::lround(radius - std::sqrt(radius * radius - rise * rise)));
+        for (const int y : {rect.top() + line, rect.bottom() - line}) {
+            region -= QRect(rect.left(), y, cut, 1);
+            region -= QRect(rect.right() - cut + 1, y, cut, 1);
+        }
+    }
+    return region;
+}
+
+} // namespace
+
+ShelfPanelWidget::ShelfPanelWidget(Surroundings surroundings)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+      m_surroundings(std::move(surroundings)) {
+    setWindowTitle(QStringLiteral("Kestrova"));
+    // Also where nothing is blended now: a compositor may start later, and the window's depth never changes.
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setFocusPolicy(Qt::NoFocus);
+    connect(&m_frameAnimation, &QVariantAnimation::valueChanged,
+            [this](const QVariant& frame) { setGeometry(frame.toRect()); });
+    connect(&m_alphaAnimation, &QVariantAnimation::valueChanged,
+            [this](const QVariant& alpha) { setWindowOpacity(alpha.toDouble()); });
+    connect(&m_widthAnimation, &QVariantAnimation::valueChanged, [this](const QVariant& width) {
+        m_content->resize(width.toInt(), ShelfContent::height);
+        shape();
+    });
+    resize(fullWidth, ShelfContent::height);
+}
+
+ShelfPanelWidget::~ShelfPanelWidget() {
+    // First, and without the events of a window that hides: the state that it paints may have gone by now.
+    delete m_content;
+}
+
+void ShelfPanelWidget::setContent(ShelfPanelView& view) {
+    m_view = &view;
+    view.onRender = [this] { render(); };
+    m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(preparationDelay, [this] {
+        prepare();
+        // A drawing that nobody sees loads the fonts and symbols that the first showing needs.
+        QPixmap unseen(size());
+        QWidget::render(&unseen);
+    });
+}
+
+void ShelfPanelWidget::prepare() {
+    m_preparation.cancel();
+    if (m_content)
+        return;
+    m_content = new ShelfContent(*m_view, m_surroundings.mainQueue, this);
+    m_content->resize(static_cast<int>(m_view->panelWidth()), ShelfContent::height);
+    create();
+    ensurePolished();
+    m_content->render();
+}
+
+void ShelfPanelWidget::render() {
+    m_isRenderDue = true;
+    if (!isVisible() || m_isRendering)
+        return;
+    m_isRendering = true;
+    // To show one state can lead to another, as when another row comes to lie under the pointer.
+    while (std::exchange(m_isRenderDue, false)) {
+        const int width = static_cast<int>(m_view->panelWidth());
+        const int shownWidth = m_widthAnimation.state() == QAbstractAnimation::Running
+                                   ? m_widthAnimation.endValue().toInt()
+                                   : m_content->width();
+        if (width != shownWidth)
+            run(m_widthAnimation, m_content->width(), width, widthDuration, QEasingCurve::InOutQuad);
+        m_content->render();
+    }
+    m_isRendering = false;
+}
+
+std::uint64_t ShelfPanelWidget::windowNumber() const {
+    // Making the native window changes nothing that can be seen.
+    return static_cast<std::uint64_t>(const_cast<ShelfPanelWidget*>(this)->winId());
+}
+
+void ShelfPanelWidget::setFrame(const ScreenRect& frame) {
+    m_frameAnimation.stop();
+    setGeometry(m_surroundings.toolkitRect(frame));
+}
+
+void ShelfPanelWidget::animateFrame(const ScreenRect& frame, Duration duration, AnimationTiming timing) {
+    run(m_frameAnimation, geometry(), m_surroundings.toolkitRect(frame), duration, easing(timing));
+}
+
+void ShelfPanelWidget::setAlpha(double alpha) {
+    m_alphaAnimation.stop();
+    setWindowOpacity(alpha);
+}
+
+void ShelfPanelWidget::animateAlpha(double alpha, Duration duration, AnimationTiming timing) {
+    run(m_alphaAnimation, windowOpacity(), alpha, duration, easing(timing));
+}
+
+void ShelfPanelWidget::orderFrontRegardless() {
+    if (!isVisible()) {
+        prepare();
+        if (std::exchange(m_isRenderDue, false)) {
+            m_widthAnimation.stop();
+            m_content->resize(static_cast<int>(m_view->panelWidth()), ShelfContent::height);
+            m_content->render();
+        }
+        adaptToScreen();
+        show();
+        m_surroundings.windowManagement.standApart(windowNumber());
+    }
+    raise();
+}
+
+void ShelfPanelWidget::orderOut() {
+    m_alphaAnimation.stop();
+    if (m_frameAnimation.state() == QAbstractAnimation::Running)
+        m_frameAnimation.setCurrentTime(m_frameAnimation.duration());
+    hide();
+}
+
+void ShelfPanelWidget::setIgnoresMouseEvents(bool ignores) {
+    create();
+    windowHandle()->setFlag(Qt::WindowTransparentForInput, ignores);
+}
+
+void ShelfPanelWidget::endEditing() {
+    if (m_content)
+        m_content->endEditing();
+}
+
+void ShelfPanelWidget::adaptToScreen() {
+    m_isBlended = m_surroundings.windowManagement.isCompositing();
+    m_content->setGround(m_isBlended ? ShelfContent::Ground::translucent : ShelfContent::Ground::opaque);
+    shape();
+}
+
+void ShelfPanelWidget::shape() {
+    if (!m_isBlended)
+        setMask(roundedRegion(m_content->geometry().intersected(rect())));
+    else if (!mask().isEmpty())
+        clearMask();
+}
+
+void ShelfPanelWidget::resizeEvent(QResizeEvent*) {
+    if (m_content && isVisible())
+        shape();
+}
+
+void ShelfPanelWidget::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // The desktop has other colours or another font.
+    const bool isOfTheDesktop = event->type() == QEvent::PaletteChange ||
+                                event->type() == QEvent::ApplicationFontChange ||
+                                event->type() == QEvent::FontChange;
+    if (isOfTheDesktop && m_content)
+        render();
+}
+
+} // namespace kestrova

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/widgets/SidebarCounts.h"
+#include "Kestrova/shelf/widgets/SidebarRow.h"
+
+#include <QWidget>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+class QScrollArea;
+
+namespace kestrova {
+
+class ShelfPanelView;
+class ThinScrollBar;
+
+/// The lenses: three fixed ones, then the collections.
+class Sidebar final : public QWidget {
+public:
+    /// `view` outlives it.
+    Sidebar(ShelfPanelView& view, QWidget* parent);
+
+    void render(const ShelfTheme& theme);
+
+    static constexpr int width = 200;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    /// The widget on which the rows lie; it draws the line between fixed rows and collections.
+    class RowColumn;
+
+    int headerHeight() const;
+    const SidebarCounts& counts();
+    std::vector<SidebarRow::Values> rowValues();
+    void makeRows(std::size_t count);
+    void arrange();
+
+    ShelfPanelView& m_view;
+    QScrollArea* m_scrollArea;
+    RowColumn* m_column;
+    ThinScrollBar* m_scrollBar;
+    std::vector<SidebarRow*> m_rows;
+    ShelfTheme m_theme;
+    SidebarCounts m_counts;
+    std::optional<std::uint64_t> m_countedRevision;
+    std::size_t m_shownRow = 0;
+};
+
+} // namespace kestrova

@@ -1,0 +1,105 @@
+#include "Kestrova/shelf/widgets/SidebarRow.h"
+
+#include "Kestrova/shelf/widgets/KeyCapsule.h"
+#include "Kestrova/shelf/widgets/Symbol.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+namespace kestrova {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr double sideMargin = 8;
+constexpr double barWidth = 3;
+constexpr double leadingPadding = 4;
+constexpr double trailingPadding = 8;
+constexpr double verticalPadding = 7;
+constexpr double spacing = 8;
+constexpr double symbolFrame = 18;
+constexpr double textSize = 13;
+constexpr double countSize = 11;
+constexpr double radius = 7;
+
+} // namespace
+
+SidebarRow::SidebarRow(QWidget* parent)
+    : PanelButton(parent), m_digitShown(150ms, QEasingCurve::OutQuad, [this] { update(); }) {}
+
+void SidebarRow::render(const Values& values, const ShelfTheme& theme) {
+    setTheme(theme);
+    if (values.optionShortcut)
+        m_digit = *values.optionShortcut;
+    if (isVisible())
+        m_digitShown.glideTo(values.optionShortcut.has_value());
+    else
+        m_digitShown.jumpTo(values.optionShortcut.has_value());
+    if (m_values == values)
+        return;
+    m_values = values;
+    setAccessibleName(QStringLiteral("%1, %2").arg(values.title).arg(values.count));
+    update();
+}
+
+QSize SidebarRow::sizeHint() const {
+    const int content = qMax(static_cast<int>(symbolFrame), QFontMetrics(shelfFont(textSize)).height());
+    return {1, content + static_cast<int>(2 * verticalPadding)};
+}
+
+QColor SidebarRow::barColor() const {
+    if (!m_values.isSelected)
+        return Qt::transparent;
+    if (!m_values.color)
+        return m_values.isInActiveLane ? theme().laneBar : theme().idleBar;
+    auto color = *m_values.color;
+    color.setAlphaF(m_values.isInActiveLane ? 1.0F : 0.6F);
+    return color;
+}
+
+void SidebarRow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const QRectF plate = QRectF(rect()).adjusted(sideMargin, 0, -sideMargin, 0);
+    if (const double lit = m_values.isSelected ? 1 : hover(); lit > 0) {
+        painter.setOpacity(lit);
+        painter.setBrush(theme().sidebarHighlight);
+        painter.drawRoundedRect(plate, radius, radius);
+        painter.setOpacity(1);
+    }
+    QRectF rest = plate.adjusted(leadingPadding, 0, -trailingPadding, 0);
+    const QRectF bar(rest.left(), rest.top() + verticalPadding, barWidth,
+                     rest.height() - 2 * verticalPadding);
+    painter.setBrush(barColor());
+    painter.drawRoundedRect(bar, barWidth / 2, barWidth / 2);
+    rest.setLeft(bar.right() + spacing);
+
+    const QRectF symbol(rest.left(), rest.top(), symbolFrame, rest.height());
+    Symbol(m_values.symbol)
+        .paint(painter, symbol, Symbol::edgeFor(textSize), m_values.color.value_or(theme().symbol));
+    rest.setLeft(symbol.right() + spacing);
+
+    const auto countFont = shelfFont(countSize);
+    const auto count = QString::number(m_values.count);
+    const double countWidth = QFontMetricsF(countFont).horizontalAdvance(count) + 1;
+    painter.setFont(countFont);
+    painter.setPen(theme().secondaryText);
+    painter.setOpacity(1 - m_digitShown.value());
+    painter.drawText(rest, Qt::AlignVCenter | Qt::AlignRight, count);
+    painter.setOpacity(1);
+    const KeyCapsule capsule{{QStringLiteral("option")}, QString::number(m_digit)};
+    const double capsuleWidth = capsule.size().width();
+    capsule.paint(painter, {rest.right() - capsuleWidth / 2, rest.center().y()}, theme(),
+                  m_digitShown.value());
+    rest.setRight(rest.right() - qMax(countWidth, m_digitShown.isOn() ? capsuleWidth : 0.0) - spacing);
+
+    const auto font = shelfFont(textSize, m_values.isSelected ? QFont::DemiBold : QFont::Normal);
+    painter.setFont(font);
+    painter.setPen(theme().text);
+    painter.drawText(
+        rest, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+        QFontMetrics(font).elidedText(m_values.title, Qt::ElideRight, static_cast<int>(rest.width())));
+}
+
+} // namespace kestrova

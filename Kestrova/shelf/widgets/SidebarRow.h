@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Kestrova/shelf/widgets/PanelButton.h"
+
+#include <optional>
+
+namespace kestrova {
+
+/// One lens in the sidebar, with the number of its items.
+class SidebarRow final : public PanelButton {
+public:
+    struct Values {
+        QString symbol;
+        QString title;
+        std::size_t count = 0;
+        bool isSelected = false;
+        /// The arrow keys work in the sidebar.
+        bool isInActiveLane = false;
+        /// Of the bar of a collection; absent for the fixed rows.
+        std::optional<QColor> color = {};
+        /// The digit that chooses the row, while it is told.
+        std::optional<int> optionShortcut = {};
+
+        bool operator==(const Values&) const = default;
+    };
+
+    explicit SidebarRow(QWidget* parent);
+
+    void render(const Values& values, const ShelfTheme& theme);
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QColor barColor() const;
+
+    Values m_values;
+    int m_digit = 0;
+    Transition m_digitShown;
+};
+
+} // namespace kestrova

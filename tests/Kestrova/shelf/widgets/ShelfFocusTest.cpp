@@ -1,0 +1,125 @@
+#include "Kestrova/shelf/widgets/ItemEditor.h"
+#include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
+
+#include <QFocusEvent>
+
+namespace kestrova {
+namespace {
+
+class ShelfFocusTest : public WidgetFixture {};
+
+TEST_F(ShelfFocusTest, ShowingPutsTheKeyboardIntoTheSearch) {
+    show();
+    EXPECT_TRUE(field().hasFocus());
+    EXPECT_TRUE(view._searchFocused);
+    EXPECT_EQ(view._lane, KeyboardLane::search);
+}
+
+TEST_F(ShelfFocusTest, ResigningTakesTheKeyboardFromTheSearch) {
+    show();
+    view.perform([&] { view.resignSearchFocus(); });
+    EXPECT_FALSE(field().hasFocus());
+    EXPECT_FALSE(view._searchFocused);
+    ASSERT_NE(panel.focusWidget(), nullptr);
+    EXPECT_FALSE(panel.focusWidget()->inherits("QLineEdit"));
+}
+
+TEST_F(ShelfFocusTest, KeysNoLongerReachAControlThatWasResigned) {
+    show();
+    view.perform([&] { view.resignSearchFocus(); });
+    QTest::keyClicks(&panel, u"abc"_qs);
+    EXPECT_EQ(view._query, u"");
+}
+
+TEST_F(ShelfFocusTest, TheStateCanGiveTheKeyboardBack) {
+    show();
+    view.perform([&] { view.resignSearchFocus(); });
+    view.perform([&] { view._searchFocused = true; });
+    EXPECT_TRUE(field().hasFocus());
+}
+
+TEST_F(ShelfFocusTest, AClickIntoTheFieldEntersTheSearchLane) {
+    add(u"a"_qs);
+    show();
+    view.perform([&] { view.itemTapped(); });
+    ASSERT_EQ(view._lane, KeyboardLane::list);
+    QTest::mouseClick(&field(), Qt::LeftButton);
+    EXPECT_TRUE(view._searchFocused);
+    EXPECT_EQ(view._lane, KeyboardLane::search);
+}
+
+TEST_F(ShelfFocusTest, AWindowThatLosesTheKeyboardChangesNothing) {
+    show();
+    QFocusEvent event(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QCoreApplication::sendEvent(&field(), &event);
+    EXPECT_TRUE(view._searchFocused);
+}
+
+TEST_F(ShelfFocusTest, APopupChangesNothing) {
+    show();
+    QFocusEvent event(QEvent::FocusOut, Qt::PopupFocusReason);
+    QCoreApplication::sendEvent(&field(), &event);
+    EXPECT_TRUE(view._searchFocused);
+}
+
+TEST_F(ShelfFocusTest, AControlThatLosesTheKeyboardToAnotherOneTellsTheState) {
+    show();
+    field().clearFocus();
+    EXPECT_FALSE(view._searchFocused);
+}
+
+TEST_F(ShelfFocusTest, ComposedTextSurvivesTheLossOfTheKeyboard) {
+    show();
+    QInputMethodEvent event(u"한"_qs, {});
+    QCoreApplication::sendEvent(&field(), &event);
+    ASSERT_EQ(view._query, u"한");
+    view.perform([&] { view.resignSearchFocus(); });
+    EXPECT_EQ(view._query, u"한");
+}
+
+TEST_F(ShelfFocusTest, AnEditorTakesTheKeyboardAndGivesItBack) {
+    const auto item = add(u"text"_qs);
+    show();
+    view.perform([&] { view.edit(item); });
+    EXPECT_TRUE(part<ItemEditor>().hasFocus());
+    EXPECT_TRUE(view._searchFocused);
+    view.perform([&] { view.popRoute(); });
+    EXPECT_TRUE(field().hasFocus());
+}
+
+TEST_F(ShelfFocusTest, AfterAnEditorTheListHasTheKeyboardIfItHadItBefore) {
+    const auto item = add(u"text"_qs);
+    show();
+    view.perform([&] { view.itemTapped(); });
+    view.perform([&] { view.edit(item); });
+    view.perform([&] { view.popRoute(); });
+    EXPECT_FALSE(field().hasFocus());
+    EXPECT_EQ(view._lane, KeyboardLane::list);
+}
+
+TEST_F(ShelfFocusTest, TheEditorSavesWithCtrlReturnAndWithSuperS) {
+    const auto item = add(u"text"_qs);
+    show();
+    for (const auto& [key, modifier] :
+         {std::pair(Qt::Key_Return, Qt::ControlModifier), std::pair(Qt::Key_S, Qt::MetaModifier)}) {
+        view.perform([&] { view.edit(item); });
+        QTest::keyClicks(&part<ItemEditor>(), u"+"_qs);
+        const auto expected = part<ItemEditor>().toPlainText();
+        QTest::keyClick(&part<ItemEditor>(), key, modifier);
+        EXPECT_FALSE(view._route);
+        EXPECT_EQ(item->content(), expected);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+TEST_F(ShelfFocusTest, ATextThatNobodyChangedIsSavedToTheLetter) {
+    const auto content = u"a\r\nb\u00a0c\u2028d"_qs;
+    const auto item = add(content);
+    show();
+    view.perform([&] { view.edit(item); });
+    QTest::keyClick(&part<ItemEditor>(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(item->content(), content);
+}
+
+} // namespace
+} // namespace kestrova

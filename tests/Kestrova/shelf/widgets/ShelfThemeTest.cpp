@@ -1,0 +1,104 @@
+#include "Kestrova/shelf/widgets/ShelfTheme.h"
+
+#include <QPalette>
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <initializer_list>
+
+namespace kestrova {
+namespace {
+
+using Scheme = ShelfTheme::Scheme;
+
+/// What is seen where `top` lies on an opaque colour.
+QColor over(const QColor& top, const QColor& below) {
+    const float alpha = top.alphaF();
+    const auto mix = [alpha](float a, float b) { return a * alpha + b * (1 - alpha); };
+    return QColor::fromRgbF(mix(top.redF(), below.redF()), mix(top.greenF(), below.greenF()),
+                            mix(top.blueF(), below.blueF()));
+}
+
+// By the web's accessibility guidelines.
+double luminance(const QColor& color) {
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& text, const QColor& ground) {
+    const double a = luminance(over(text, ground)) + 0.05;
+    const double b = luminance(ground) + 0.05;
+    return a > b ? a / b : b / a;
+}
+
+class ShelfThemeTest : public testing::TestWithParam<Scheme> {
+protected:
+    const ShelfTheme theme = ShelfTheme::of(GetParam());
+
+    void expectReadable(const QColor& text, std::initializer_list<QColor> layers, const char* where) const {
+        for (const auto desktop : {QColor(Qt::white), QColor(Qt::black)}) {
+            auto ground = over(theme.ground, desktop);
+            for (const auto& layer : layers)
+                ground = over(layer, ground);
+            EXPECT_GE(contrast(text, ground), 4.5) << where << " over " << qPrintable(desktop.name());
+        }
+    }
+};
+
+TEST_P(ShelfThemeTest, TextsCanBeReadOnEveryGroundOverAnyDesktop) {
+    expectReadable(theme.text, {}, "row");
+    expectReadable(theme.text, {theme.selection}, "selected row");
+    expectReadable(theme.text, {theme.hover}, "hovered row");
+    expectReadable(theme.text, {theme.sidebarHighlight}, "sidebar row");
+    expectReadable(theme.text, {theme.field}, "field");
+    expectReadable(theme.text, {theme.focusedField}, "focused field");
+    expectReadable(theme.text, {theme.selectedChip}, "selected chip");
+    expectReadable(theme.text, {theme.card}, "card");
+    expectReadable(theme.text, {theme.card, theme.selection}, "selected row on a card");
+    expectReadable(theme.text, {theme.card, theme.hover}, "hovered row on a card");
+    expectReadable(theme.secondaryText, {}, "badge");
+    expectReadable(theme.secondaryText, {theme.selection}, "badge of a selected row");
+    expectReadable(theme.secondaryText, {theme.hover}, "badge of a hovered row");
+    expectReadable(theme.secondaryText, {theme.sidebarHighlight}, "count of a sidebar row");
+    expectReadable(theme.secondaryText, {theme.focusedField}, "placeholder");
+    expectReadable(theme.secondaryText, {theme.chip}, "chip");
+    expectReadable(theme.secondaryText, {theme.chip, theme.hover}, "hovered chip");
+    expectReadable(theme.secondaryText, {theme.card}, "title of a card");
+    expectReadable(theme.keyCapsuleText, {theme.keyCapsule}, "keys");
+    expectReadable(theme.keyCapsuleText, {theme.selection, theme.keyCapsule}, "keys on a selected row");
+    expectReadable(theme.keyCapsuleText, {theme.sidebarHighlight, theme.keyCapsule}, "keys on a sidebar row");
+    expectReadable(theme.keyCapsuleText, {theme.selectedChip, theme.keyCapsule}, "keys on a chip");
+    expectReadable(theme.keyCapsuleText, {theme.card, theme.keyCapsule}, "keys on a card");
+}
+
+TEST_P(ShelfThemeTest, TheMaterialIsNearlyOpaque) {
+    EXPECT_GE(theme.ground.alphaF(), 0.92F);
+    EXPECT_EQ(theme.card.alpha(), 255);
+}
+
+TEST_P(ShelfThemeTest, MarkedTextCanBeRead) {
+    const auto palette = theme.palette();
+    EXPECT_GE(contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)), 4.5);
+}
+
+INSTANTIATE_TEST_SUITE_P(Schemes, ShelfThemeTest, testing::Values(Scheme::light, Scheme::dark));
+
+TEST(ShelfThemeSchemeTest, ThePreferenceHoldsAndAnythingElseFollowsTheDesktop) {
+    QPalette lightDesktop(Qt::white);
+    lightDesktop.setColor(QPalette::Window, Qt::white);
+    lightDesktop.setColor(QPalette::WindowText, Qt::black);
+    QPalette darkDesktop(lightDesktop);
+    darkDesktop.setColor(QPalette::Window, Qt::black);
+    darkDesktop.setColor(QPalette::WindowText, Qt::white);
+    EXPECT_EQ(ShelfTheme::scheme(u"light", darkDesktop), Scheme::light);
+    EXPECT_EQ(ShelfTheme::scheme(u"dark", lightDesktop), Scheme::dark);
+    for (const auto* const other : {u"system", u"", u"Dark"}) {
+        EXPECT_EQ(ShelfTheme::scheme(other, lightDesktop), Scheme::light);
+        EXPECT_EQ(ShelfTheme::scheme(other, darkDesktop), Scheme::dark);
+    }
+}
+
+} // namespace
+} // namespace kestrova

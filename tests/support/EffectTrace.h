@@ -1,0 +1,249 @@
+#pragma once
+
+#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/shelf/ShelfPanel.h"
+#include "KestrovaCore/ClipboardItem.h"
+#include "Platform/Accessibility.h"
+#include "Platform/EventMonitors.h"
+#include "Platform/KeyPoster.h"
+#include "Platform/Screens.h"
+#include "Platform/Workspace.h"
+#include "tests/support/FakePasteboard.h"
+#include "tests/support/ManualMainQueue.h"
+
+#include <QStringList>
+
+#include <utility>
+
+namespace kestrova {
+
+/// What the program did to the world, one line an effect, each with the moment at which the clock stood.
+class EffectTrace {
+public:
+    explicit EffectTrace(const ManualMainQueue& clock) : m_clock(clock) {}
+
+    void add(const QString& effect) {
+        m_lines.append(QStringLiteral("%1 %2").arg(m_clock.now().count()).arg(effect));
+    }
+    /// The lines since the last call.
+    QStringList take() { return std::exchange(m_lines, {}); }
+
+private:
+    const ManualMainQueue& m_clock;
+    QStringList m_lines;
+};
+
+inline QString nameOf(const RunningApplication& application) {
+    return application.bundleIdentifier.value_or(QStringLiteral("?"));
+}
+
+class TracedPanel final : public ShelfPanel {
+public:
+    explicit TracedPanel(EffectTrace& effects) : m_trace(effects) {}
+
+    bool isVisible() const override { return visible; }
+    std::uint64_t windowNumber() const override { return 77; }
+    void setContent(ShelfPanelView& view) override {
+        content = &view;
+        m_trace.add(QStringLiteral("panel.setContent"));
+    }
+    void setFrame(const ScreenRect& rect) override {
+        frame = rect;
+        m_trace.add(QStringLiteral("panel.setFrame"));
+    }
+    void animateFrame(const ScreenRect& rect, Duration duration, AnimationTiming timing) override {
+        frame = rect;
+        m_trace.add(QStringLiteral("panel.animateFrame %1 %2").arg(duration.count()).arg(word(timing)));
+    }
+    void setAlpha(double alpha) override { m_trace.add(QStringLiteral("panel.setAlpha %1").arg(alpha)); }
+    void animateAlpha(double alpha, Duration duration, AnimationTiming timing) override {
+        m_trace.add(
+            QStringLiteral("panel.animateAlpha %1 %2 %3").arg(alpha).arg(duration.count()).arg(word(timing)));
+    }
+    void orderFrontRegardless() override {
+        visible = true;
+        m_trace.add(QStringLiteral("panel.orderFrontRegardless"));
+    }
+    void orderOut() override {
+        visible = false;
+        m_trace.add(QStringLiteral("panel.orderOut"));
+    }
+    void setIgnoresMouseEvents(bool ignores) override {
+        m_trace.add(QStringLiteral("panel.setIgnoresMouseEvents %1").arg(ignores));
+    }
+    void endEditing() override { m_trace.add(QStringLiteral("panel.endEditing")); }
+
+    bool visible = false;
+    ScreenRect frame;
+    ShelfPanelView* content = nullptr;
+
+private:
+    static QString word(AnimationTiming timing) {
+        switch (timing) {
+        case AnimationTiming::easeIn:
+            return QStringLiteral("easeIn");
+        case AnimationTiming::easeOut:
+            return QStringLiteral("easeOut");
+        case AnimationTiming::easeInEaseOut:
+            return QStringLiteral("easeInEaseOut");
+        }
+        Q_UNREACHABLE();
+    }
+
+    EffectTrace& m_trace;
+};
+
+class TracedWorkspace final : public Workspace {
+public:
+    explicit TracedWorkspace(EffectTrace& effects) : m_trace(effects) {}
+
+    std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
+    QIcon icon(const RunningApplication&) const override { return {}; }
+    bool isTerminated(const RunningApplication&) const override { return terminated; }
+    void activate(const RunningApplication& application) override {
+        m_trace.add(QStringLiteral("workspace.activate %1").arg(nameOf(application)));
+    }
+    void activateOwnWindow(std::uint64_t window) override {
+        m_trace.add(QStringLiteral("workspace.activateOwnWindow %1").arg(window));
+    }
+
+    std::optional<RunningApplication> frontmost;
+    bool terminated = false;
+
+private:
+    EffectTrace& m_trace;
+};
+
+class TracedKeyPoster final : public KeyPoster {
+public:
+    explicit TracedKeyPoster(EffectTrace& effects) : m_trace(effects) {}
+
+    void postPaste(const std::optional<RunningApplication>& target) override {
+        m_trace.add(QStringLiteral("keys.postPaste %1").arg(target ? nameOf(*target) : QStringLiteral("-")));
+    }
+
+private:
+    EffectTrace& m_trace;
+};
+
+/// Answers after `answerDelay`.
+class TracedAccessibility final : public Accessibility {
+public:
+    TracedAccessibility(MainQueue& mainQueue, EffectTrace& effects)
+        : m_mainQueue(mainQueue), m_trace(effects) {}
+
+    bool isTrusted() const override { return true; }
+    QCoro::Task<bool> setSelectedText(RunningApplication application, QString text) override {
+        m_trace.add(QStringLiteral("accessibility.setSelectedText %1 %2").arg(nameOf(application), text));
+        if (answerDelay.count() > 0)
+            co_await m_mainQueue.delay(answerDelay);
+        co_return accepts;
+    }
+
+    bool accepts = false;
+    MainQueue::Duration answerDelay{};
+
+private:
+    MainQueue& m_mainQueue;
+    EffectTrace& m_trace;
+};
+
+class TracedHUD final : public HUDController {
+public:
+    explicit TracedHUD(EffectTrace& effects) : m_trace(effects) {}
+
+    void show(HUDEvent event, const std::shared_ptr<ClipboardItem>& item) override {
+        const auto word = event == HUDEvent::pasted   ? QStringLiteral("pasted")
+                          : event == HUDEvent::copied ? QStringLiteral("copied")
+                                                      : QStringLiteral("other");
+        m_trace.add(QStringLiteral("hud.%1 %2").arg(word, item->content()));
+    }
+
+private:
+    EffectTrace& m_trace;
+};
+
+/// Passes everything on to the pasteboard in memory, and tells of writes.
+class TracedPasteboard final : public Pasteboard {
+public:
+    explicit TracedPasteboard(EffectTrace& effects) : m_trace(effects) {
+        inner.onPollDue = [this] {
+            if (onPollDue)
+                onPollDue();
+        };
+    }
+
+    std::int64_t changeCount() const override { return inner.changeCount(); }
+    std::optional<QStringList> types() const override { return inner.types(); }
+    QList<QUrl> readURLs() const override { return inner.readURLs(); }
+    std::optional<PasteboardImage> readImage() const override { return inner.readImage(); }
+    std::optional<QString> string() const override { return inner.string(); }
+    std::optional<PasteboardImage> pictureOfFile(const QUrl& url) const override {
+        return inner.pictureOfFile(url);
+    }
+    std::optional<RunningApplication> frontmostApplication() const override {
+        return inner.frontmostApplication();
+    }
+    void pollFinished() override { inner.pollFinished(); }
+    void write(const PasteboardEntry& entry) override {
+        inner.write(entry);
+        const auto* const text = std::get_if<PlainText>(&entry);
+        m_trace.add(QStringLiteral("pasteboard.write %1").arg(text ? text->text : QStringLiteral("(other)")));
+    }
+
+    FakePasteboard inner;
+
+private:
+    EffectTrace& m_trace;
+};
+
+/// Lets a test press the mouse elsewhere. Tells of tokens that come and go.
+class TracedEventMonitors final : public EventMonitors {
+public:
+    explicit TracedEventMonitors(EffectTrace& effects) : m_trace(effects) {}
+
+    std::unique_ptr<EventMonitor> addGlobalMonitor(std::uint32_t mask, GlobalHandler handler) override {
+        m_trace.add(QStringLiteral("monitors.addGlobal %1").arg(mask));
+        if (refuses)
+            return nullptr;
+        ++globalMonitors;
+        onMouseDown = std::move(handler);
+        return std::make_unique<Token>(*this);
+    }
+    std::unique_ptr<EventMonitor> addLocalMonitor(std::uint32_t mask, LocalHandler handler) override {
+        m_trace.add(QStringLiteral("monitors.addLocal %1").arg(mask));
+        localHandlers[mask] = std::move(handler);
+        return std::make_unique<EventMonitor>();
+    }
+
+    bool refuses = false;
+    int globalMonitors = 0;
+    GlobalHandler onMouseDown;
+    std::map<std::uint32_t, LocalHandler> localHandlers;
+
+private:
+    struct Token final : EventMonitor {
+        explicit Token(TracedEventMonitors& monitors) : owner(monitors) {}
+        ~Token() override {
+            --owner.globalMonitors;
+            owner.m_trace.add(QStringLiteral("monitors.removeGlobal"));
+        }
+        TracedEventMonitors& owner;
+    };
+
+    EffectTrace& m_trace;
+};
+
+class FakeScreens final : public Screens {
+public:
+    std::vector<Screen> screens() const override { return all; }
+    std::optional<Screen> mainScreen() const override { return main; }
+    QPointF mouseLocation() const override { return mouse; }
+
+    std::vector<Screen> all{
+        Screen{.identifier = 1, .frame = {0, 0, 1920, 1080}, .visibleFrame = {0, 0, 1920, 1000}, .scale = 1}};
+    std::optional<Screen> main;
+    QPointF mouse{100, 100};
+};
+
+} // namespace kestrova

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Platform/EventMonitors.h"
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <utility>
+
+namespace kestrova {
+
+/// Lets a test send events as the host would, and see which monitors are alive.
+class FakeEventMonitors final : public EventMonitors {
+public:
+    std::unique_ptr<EventMonitor> addGlobalMonitor(std::uint32_t mask, GlobalHandler handler) override {
+        if (refusesGlobalMonitors)
+            return nullptr;
+        return m_global.add(mask, std::move(handler));
+    }
+    std::unique_ptr<EventMonitor> addLocalMonitor(std::uint32_t mask, LocalHandler handler) override {
+        return m_local.add(mask, std::move(handler));
+    }
+
+    /// A press of the mouse in another application; `kind` is one of `EventMask`.
+    void pressElsewhere(std::uint32_t kind) {
+        // Whoever is told may drop its monitor.
+        for (const auto& [mask, handler] : m_global.snapshot())
+            if (mask & kind)
+                handler();
+    }
+    /// A key event of a window of this program. Answers whether a monitor swallowed it.
+    bool send(const LocalEvent& event) {
+        for (const auto& [mask, handler] : m_local.snapshot())
+            if ((mask & event.kind) && handler(event))
+                return true;
+        return false;
+    }
+
+    std::size_t globalMonitors() const { return m_global.size(); }
+    std::size_t localMonitors() const { return m_local.size(); }
+    /// How many local monitors look at events of `kind`.
+    std::size_t localMonitors(std::uint32_t kind) const { return m_local.size(kind); }
+
+    bool refusesGlobalMonitors = false;
+
+private:
+    template<typename Handler>
+    class Monitors {
+    public:
+        using Entry = std::pair<std::uint32_t, Handler>;
+        using Entries = std::list<Entry>;
+
+        std::unique_ptr<EventMonitor> add(std::uint32_t mask, Handler handler) {
+            m_entries->emplace_back(mask, std::move(handler));
+            return std::make_unique<Token>(m_entries, std::prev(m_entries->end()));
+        }
+        Entries snapshot() const { return *m_entries; }
+        std::size_t size() const { return m_entries->size(); }
+        std::size_t size(std::uint32_t kind) const {
+            std::size_t count = 0;
+            for (const auto& [mask, handler] : *m_entries)
+                count += mask & kind ? 1 : 0;
+            return count;
+        }
+
+    private:
+        class Token final : public EventMonitor {
+        public:
+            Token(std::shared_ptr<Entries> entries, typename Entries::iterator place)
+                : m_list(std::move(entries)), m_place(place) {}
+            ~Token() override { m_list->erase(m_place); }
+
+        private:
+            // Shared: a holder may outlive the fake.
+            std::shared_ptr<Entries> m_list;
+            typename Entries::iterator m_place;
+        };
+
+        std::shared_ptr<Entries> m_entries = std::make_shared<Entries>();
+    };
+
+    Monitors<GlobalHandler> m_global;
+    Monitors<LocalHandler> m_local;
+};
+
+} // namespace kestrova
