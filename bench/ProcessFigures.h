@@ -9,6 +9,7 @@ class Desktop;
 void measureStart(Desktop& desktop);
 void measureMemory(Desktop& desktop);
 void measureCopy(Desktop& desktop);
+void measureShelf(Desktop& desktop);
 void measureIdle(Desktop& desktop);
 
 } // namespace kestrova::bench

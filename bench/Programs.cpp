@@ -36,6 +36,12 @@ Desktop::Desktop() {
     m_textsAndPictures = made("5000 texts, 200 pictures", {.texts = 5'000, .pictures = 200});
 }
 
+const Desktop::History& Desktop::manyTexts() {
+    if (!m_manyTexts)
+        m_manyTexts = made("100,000 texts", {.texts = 100'000});
+    return *m_manyTexts;
+}
+
 Desktop::History Desktop::made(const std::string& name, const SampleHistory& contents) const {
     const QString dataHome = m_session.path(u"history-%1-%2"_s.arg(contents.texts).arg(contents.pictures));
     fillStore(dataHome + u'/' + identifier, contents);

@@ -27,6 +27,8 @@ public:
     const History& empty() const { return m_empty; }
     const History& texts() const { return m_texts; }
     const History& textsAndPictures() const { return m_textsAndPictures; }
+    /// Twenty times the usual ones; made when it is first asked for.
+    const History& manyTexts();
 
 private:
     History made(const std::string& name, const SampleHistory& contents) const;
@@ -35,6 +37,7 @@ private:
     History m_empty;
     History m_texts;
     History m_textsAndPictures;
+    std::optional<History> m_manyTexts;
 };
 
 /// A started program that answers at a socket. It is ended with the object. Throws std::runtime_error if it

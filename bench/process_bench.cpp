@@ -18,7 +18,8 @@ struct Measurement {
 };
 
 constexpr std::array measurements{Measurement{"start", measureStart}, Measurement{"memory", measureMemory},
-                                  Measurement{"copy", measureCopy}, Measurement{"idle", measureIdle}};
+                                  Measurement{"copy", measureCopy}, Measurement{"shelf", measureShelf},
+                                  Measurement{"idle", measureIdle}};
 
 } // namespace
 

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "bench/Stopwatch.h"
+#include "tests/desktop/XConnection.h"
+
+#include <QByteArray>
+#include <QRect>
+
+#include <cstdint>
+#include <initializer_list>
+#include <stdexcept>
+
+namespace kestrova::bench {
+
+/// X key codes of a PC keyboard.
+namespace PanelKey {
+inline constexpr std::uint8_t backspace = 22;
+inline constexpr std::uint8_t q = 24;
+inline constexpr std::uint8_t leftShift = 50;
+inline constexpr std::uint8_t v = 55;
+inline constexpr std::uint8_t up = 111;
+inline constexpr std::uint8_t left = 113;
+inline constexpr std::uint8_t right = 114;
+inline constexpr std::uint8_t down = 116;
+inline constexpr std::uint8_t leftSuper = 133;
+} // namespace PanelKey
+
+/// Presses keys as a person does and looks at the pixels that the X server has. Throws std::runtime_error if
+/// what it waits for does not come.
+class PanelWatch {
+public:
+    explicit PanelWatch(const QByteArray& display) : m_x(display) {}
+
+    /// The pixels of `area`, in the server's coordinates.
+    QByteArray pixels(const QRect& area) const;
+    /// Once they have not changed for a third of a second.
+    QByteArray settledPixels(const QRect& area) const;
+
+    void press(std::uint8_t key) const { chord({key}); }
+    /// The keys go down in order and up in reverse.
+    void chord(std::initializer_list<std::uint8_t> keys) const;
+    /// One notch of the wheel towards the person, if `down`.
+    void turnWheel(bool down) const;
+    void movePointer(QPoint to) const;
+
+    /// Milliseconds from `act` until `area` shows `expected`.
+    template<typename Act>
+    double millisecondsUntil(const QRect& area, const QByteArray& expected, Act act) const {
+        return timed(area, act, [&](const QByteArray& shown) { return shown == expected; });
+    }
+    /// Milliseconds from `act` until `area` shows anything else than before.
+    template<typename Act>
+    double millisecondsUntilChange(const QRect& area, Act act) const {
+        const auto before = pixels(area);
+        return timed(area, act, [&](const QByteArray& shown) { return shown != before; });
+    }
+
+private:
+    template<typename Act, typename Holds>
+    double timed(const QRect& area, Act act, Holds holds) const {
+        constexpr double deadlineMilliseconds = 5'000;
+        const Stopwatch watch;
+        act();
+        while (watch.milliseconds() < deadlineMilliseconds)
+            if (holds(pixels(area)))
+                return watch.milliseconds();
+        throw std::runtime_error("the panel did not show what was expected");
+    }
+    void fake(std::uint8_t type, std::uint8_t detail) const;
+
+    test::XConnection m_x;
+};
+
+} // namespace kestrova::bench
