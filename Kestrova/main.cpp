@@ -8,6 +8,7 @@
 #include "Platform/x11/AtspiAccessibility.h"
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/Display.h"
+#include "Platform/x11/FontMemory.h"
 #include "Platform/x11/InstanceClient.h"
 #include "Platform/x11/JsonUserDefaults.h"
 #include "Platform/x11/LinuxMachineInfo.h"
@@ -87,8 +88,10 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
     QtMenuTracking menuTracking;
     X11SystemTray systemTray(mainQueue);
     X11WindowManagement windowManagement;
-    ShelfPanelWidget shelfPanel(
-        {.mainQueue = mainQueue, .windowManagement = windowManagement, .toolkitRect = toolkitRect});
+    ShelfPanelWidget shelfPanel({.mainQueue = mainQueue,
+                                 .windowManagement = windowManagement,
+                                 .toolkitRect = toolkitRect,
+                                 .onRest = letGoOfFontPages});
     AppDelegate delegate({.modelContainer = *container.value(),
                           .mainQueue = mainQueue,
                           .pasteboard = pasteboard,

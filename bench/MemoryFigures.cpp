@@ -1,4 +1,5 @@
 #include "bench/Figure.h"
+#include "bench/PanelWatch.h"
 #include "bench/ProcessFigures.h"
 #include "bench/ProcessUse.h"
 #include "bench/Programs.h"
@@ -11,6 +12,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr double budget = 40;
+// Those of the history that is measured.
+constexpr int pictures = 200;
 
 void printMemory(const std::string& name, const MemoryUse& use, const MemoryUse& bare) {
     char remark[128];
@@ -23,6 +26,21 @@ void printMemory(const std::string& name, const MemoryUse& use, const MemoryUse&
            .floorName = "a bare Qt Widgets program",
            .budget = budget,
            .remark = remark});
+}
+
+/// Opens the shelf, looks at every picture of the history in turn, and closes it.
+void scrollPastAllPictures(const PanelWatch& watch) {
+    watch.chord({PanelKey::leftSuper, PanelKey::leftShift, PanelKey::v});
+    watch.settledPixels(PanelArea::list);
+    watch.chord({PanelKey::leftControl, PanelKey::leftShift, PanelKey::digit3});
+    watch.settledPixels(PanelArea::list);
+    watch.press(PanelKey::down);
+    watch.press(PanelKey::down);
+    for (int picture = 1; picture < pictures; ++picture)
+        watch.millisecondsUntilChange(PanelArea::list, [&] { watch.press(PanelKey::down); });
+    watch.settledPixels(PanelArea::list);
+    watch.press(PanelKey::escape);
+    watch.settledPixels(PanelArea::list);
 }
 
 } // namespace
@@ -38,6 +56,10 @@ void measureMemory(Desktop& desktop) {
         program.ask({u"list"_s, u"--search"_s, u"quicksilver"_s});
         printMemory(history.name + ", after search", memoryUseOf(program.pid()), bare);
     }
+    const PanelWatch watch(desktop.session().display());
+    const RunningProgram program(desktop, desktop.textsAndPictures());
+    scrollPastAllPictures(watch);
+    printMemory("all pictures scrolled past in the shelf", memoryUseOf(program.pid()), bare);
 }
 
 } // namespace kestrova::bench

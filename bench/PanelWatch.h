@@ -14,8 +14,11 @@ namespace kestrova::bench {
 
 /// X key codes of a PC keyboard.
 namespace PanelKey {
+inline constexpr std::uint8_t escape = 9;
+inline constexpr std::uint8_t digit3 = 12;
 inline constexpr std::uint8_t backspace = 22;
 inline constexpr std::uint8_t q = 24;
+inline constexpr std::uint8_t leftControl = 37;
 inline constexpr std::uint8_t leftShift = 50;
 inline constexpr std::uint8_t v = 55;
 inline constexpr std::uint8_t up = 111;
@@ -24,6 +27,14 @@ inline constexpr std::uint8_t right = 114;
 inline constexpr std::uint8_t down = 116;
 inline constexpr std::uint8_t leftSuper = 133;
 } // namespace PanelKey
+
+/// Parts of the panel, which stands at (160, 120) of a display of 1280x800.
+namespace PanelArea {
+/// The list without its chips.
+inline constexpr QRect list{370, 240, 250, 300};
+/// Sidebar, chips and list: all that shows what keys do, but for the search field with its blinking caret.
+inline constexpr QRect body{162, 190, 480, 360};
+} // namespace PanelArea
 
 /// Presses keys as a person does and looks at the pixels that the X server has. Throws std::runtime_error if
 /// what it waits for does not come.

@@ -9,10 +9,6 @@
 namespace kestrova::bench {
 namespace {
 
-// The panel stands at (160, 120) of the session's display. These are the list without its chips, and all
-// below the search field, whose caret blinks.
-constexpr QRect listArea{370, 240, 250, 300};
-constexpr QRect bodyArea{162, 190, 480, 360};
 constexpr QPoint overTheList{500, 400};
 constexpr QPoint besideThePanel{5, 5};
 constexpr int shows = 30;
@@ -26,14 +22,14 @@ void pressShortcut(const PanelWatch& watch) {
 
 /// Times of shows, each to the picture that the panel settles on.
 Samples timesOfShows(const PanelWatch& watch) {
-    const auto desktop = watch.settledPixels(listArea);
+    const auto desktop = watch.settledPixels(PanelArea::list);
     pressShortcut(watch);
-    const auto shown = watch.settledPixels(listArea);
+    const auto shown = watch.settledPixels(PanelArea::list);
     Samples times;
     for (int i = 0; i < shows; ++i) {
-        watch.millisecondsUntil(listArea, desktop, [&] { pressShortcut(watch); });
-        watch.settledPixels(listArea);
-        times.push_back(watch.millisecondsUntil(listArea, shown, [&] { pressShortcut(watch); }));
+        watch.millisecondsUntil(PanelArea::list, desktop, [&] { pressShortcut(watch); });
+        watch.settledPixels(PanelArea::list);
+        times.push_back(watch.millisecondsUntil(PanelArea::list, shown, [&] { pressShortcut(watch); }));
     }
     return times;
 }
@@ -62,11 +58,11 @@ Samples timesOfKeys(const PanelWatch& watch, const QRect& area, std::uint8_t the
 
 Samples timesOfScrolling(const PanelWatch& watch) {
     watch.movePointer(overTheList);
-    watch.settledPixels(listArea);
+    watch.settledPixels(PanelArea::list);
     Samples times;
     for (int i = 0; i < presses; ++i) {
-        times.push_back(watch.millisecondsUntilChange(listArea, [&] { watch.turnWheel(true); }));
-        watch.settledPixels(listArea);
+        times.push_back(watch.millisecondsUntilChange(PanelArea::list, [&] { watch.turnWheel(true); }));
+        watch.settledPixels(PanelArea::list);
     }
     watch.movePointer(besideThePanel);
     return times;
@@ -98,9 +94,9 @@ struct Floors {
 
 Floors floorsOf(Desktop& desktop, const PanelWatch& watch) {
     auto& bare = desktop.session().start({.program = QStringLiteral(BARE_PANEL_BINARY)});
-    watch.settledPixels(listArea);
+    watch.settledPixels(PanelArea::list);
     Floors floors{.show = timesOfShows(watch),
-                  .key = timesOfKeys(watch, listArea, PanelKey::q, PanelKey::q),
+                  .key = timesOfKeys(watch, PanelArea::list, PanelKey::q, PanelKey::q),
                   .wheel = timesOfScrolling(watch)};
     bare.end();
     return floors;
@@ -127,23 +123,24 @@ void measureShelf(Desktop& desktop) {
         const RunningProgram program(desktop, searched);
         pressShortcut(watch);
         report("one letter typed to the repainted list: " + searched.name,
-               timesOfKeys(watch, listArea, PanelKey::q, PanelKey::backspace), floors.key, bareKey, budget);
+               timesOfKeys(watch, PanelArea::list, PanelKey::q, PanelKey::backspace), floors.key, bareKey,
+               budget);
     }
     const auto& history = desktop.textsAndPictures();
     const RunningProgram program(desktop, history);
     pressShortcut(watch);
-    watch.settledPixels(bodyArea);
+    watch.settledPixels(PanelArea::body);
     report("a key in the search lane (to the chips and back)",
-           timesOfKeys(watch, bodyArea, PanelKey::down, PanelKey::up), floors.key, bareKey, 8);
+           timesOfKeys(watch, PanelArea::body, PanelKey::down, PanelKey::up), floors.key, bareKey, 8);
     watch.press(PanelKey::down);
     report("a key in the lane of the chips (next chip and back)",
-           timesOfKeys(watch, bodyArea, PanelKey::right, PanelKey::left), floors.key, bareKey, 8);
+           timesOfKeys(watch, PanelArea::body, PanelKey::right, PanelKey::left), floors.key, bareKey, 8);
     watch.press(PanelKey::down);
     report("a key in the lane of the list (next row and back)",
-           timesOfKeys(watch, bodyArea, PanelKey::down, PanelKey::up), floors.key, bareKey, 8);
+           timesOfKeys(watch, PanelArea::body, PanelKey::down, PanelKey::up), floors.key, bareKey, 8);
     watch.press(PanelKey::left);
     report("a key in the lane of the sidebar (next lens and back)",
-           timesOfKeys(watch, bodyArea, PanelKey::down, PanelKey::up), floors.key, bareKey, 8);
+           timesOfKeys(watch, PanelArea::body, PanelKey::down, PanelKey::up), floors.key, bareKey, 8);
     const auto scrolling = timesOfScrolling(watch);
     print({.name = "one notch of the wheel to the scrolled list, slowest of " + std::to_string(presses),
            .unit = "ms",

@@ -44,7 +44,7 @@ X11KeyPoster::Parts::Parts(xcb_connection_t* connection)
     : focus(connection, OwnWindows{toolkitConnection()}), injection(connection) {}
 
 X11KeyPoster::X11KeyPoster(MainQueue& queue, const Workspace& workspace, X11Keymap& keymap,
-                           std::function<void()> ownPrimarySelection)
+                           std::function<bool()> ownPrimarySelection)
     : m_queue(queue),
       m_workspace(workspace),
       m_keymap(keymap),
@@ -88,8 +88,8 @@ X11KeyPoster::Obstacle X11KeyPoster::send(const RunningApplication* target) {
     const auto chord = pasteChordOf(focused->windowClass);
     // What asks other connections comes before the server is held: their answers would not come.
     const auto keys = keysOf(chord);
-    if (chord == PasteChord::ShiftInsert)
-        m_ownPrimarySelection();
+    if (chord == PasteChord::ShiftInsert && !m_ownPrimarySelection())
+        return "the primary selection is another program's";
 
     const ServerHold hold{m_connection.get()};
     if (m_parts->focus.focusedWindow() != focused)

@@ -23,9 +23,9 @@ class X11Keymap;
 class X11KeyPoster final : public KeyPoster {
 public:
     /// `queue`, `workspace` and `keymap` outlive the object. `ownPrimarySelection` makes what is on the
-    /// clipboard the primary selection as well.
+    /// clipboard the primary selection as well, and tells whether it did.
     X11KeyPoster(MainQueue& queue, const Workspace& workspace, X11Keymap& keymap,
-                 std::function<void()> ownPrimarySelection);
+                 std::function<bool()> ownPrimarySelection);
 
     void postPaste(const std::optional<RunningApplication>& target) override;
 
@@ -47,7 +47,7 @@ private:
     MainQueue& m_queue;
     const Workspace& m_workspace;
     X11Keymap& m_keymap;
-    const std::function<void()> m_ownPrimarySelection;
+    const std::function<bool()> m_ownPrimarySelection;
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> m_connection;
     std::optional<Parts> m_parts;
     ScheduledBlock m_nextAttempt;

@@ -5,7 +5,9 @@
 #include "Platform/WindowManagement.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QPixmap>
+#include <QScreen>
 #include <QWindow>
 
 #include <cmath>
@@ -93,7 +95,13 @@ void ShelfPanelWidget::setContent(ShelfPanelView& view) {
         // A drawing that nobody sees loads the fonts and symbols that the first showing needs.
         QPixmap unseen(size());
         QWidget::render(&unseen);
+        rest();
     });
+}
+
+void ShelfPanelWidget::rest() {
+    if (m_surroundings.onRest)
+        m_surroundings.onRest();
 }
 
 void ShelfPanelWidget::prepare() {
@@ -132,7 +140,11 @@ std::uint64_t ShelfPanelWidget::windowNumber() const {
 
 void ShelfPanelWidget::setFrame(const ScreenRect& frame) {
     m_frameAnimation.stop();
-    setGeometry(m_surroundings.toolkitRect(frame));
+    const auto rect = m_surroundings.toolkitRect(frame);
+    // First: the scale of the display that the window stood on must not be applied to its new place.
+    if (auto* const display = QGuiApplication::screenAt(rect.center()))
+        setScreen(display);
+    setGeometry(rect);
 }
 
 void ShelfPanelWidget::animateFrame(const ScreenRect& frame, Duration duration, AnimationTiming timing) {
@@ -168,6 +180,7 @@ void ShelfPanelWidget::orderOut() {
     if (m_frameAnimation.state() == QAbstractAnimation::Running)
         m_frameAnimation.setCurrentTime(m_frameAnimation.duration());
     hide();
+    rest();
 }
 
 void ShelfPanelWidget::setIgnoresMouseEvents(bool ignores) {

@@ -26,6 +26,8 @@ public:
         WindowManagement& windowManagement;
         /// A rectangle of the screen in the toolkit's coordinates.
         std::function<QRect(const ScreenRect&)> toolkitRect;
+        /// Told when nothing will be drawn for a while. May be empty.
+        std::function<void()> onRest = {};
     };
 
     /// What it is given outlives it.
@@ -52,6 +54,7 @@ protected:
 private:
     void render();
     void prepare();
+    void rest();
     /// Looks whether the window is blended with what lies behind it.
     void adaptToScreen();
     void shape();

@@ -1,0 +1,42 @@
+#include "Platform/x11/FontMemory.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QList>
+
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace kestrova {
+
+namespace {
+
+bool isFontFile(const QByteArray& path) {
+    constexpr std::array<QByteArrayView, 4> suffixes{".ttf", ".ttc", ".otf", ".otc"};
+    return std::ranges::any_of(suffixes, [&](QByteArrayView suffix) { return path.endsWith(suffix); });
+}
+
+} // namespace
+
+void letGoOfFontPages() {
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    if (!maps.open(QIODevice::ReadOnly))
+        return;
+    // Format: proc(5), "/proc/pid/maps": address range, rights, offset, device, inode, path.
+    for (const auto& line : maps.readAll().split('\n')) {
+        // Only what nobody can have written to: those pages are the file's, and nothing is lost with them.
+        if (!isFontFile(line) || !line.contains(" r--p "))
+            continue;
+        const auto range = line.left(line.indexOf(' ')).split('-');
+        const auto begin = range.value(0).toULongLong(nullptr, 16);
+        const auto end = range.value(1).toULongLong(nullptr, 16);
+        if (begin < end)
+            ::madvise(reinterpret_cast<void*>(static_cast<std::uintptr_t>(begin)), end - begin,
+                      MADV_DONTNEED);
+    }
+}
+
+} // namespace kestrova
