@@ -193,6 +193,7 @@ void AppDelegate::serveCommands() {
                                       .hud = m_hud});
         sequence.pasteInto(item, m_host.workspace.frontmostApplication(), {});
     };
+    m_commandHandler->isShelfVisible = [this] { return m_panelController->isPanelVisible(); };
     m_commandHandler->refusedShortcuts = [this] { return shortcutsHeldByOthers(); };
     // A turn later, so that the answer goes out first.
     m_commandHandler->onQuit = [this] { m_host.mainQueue.post(m_host.terminate); };

@@ -74,6 +74,9 @@ public:
     /// Stores that the session ended cleanly; nothing else needs closing.
     void applicationWillTerminate();
 
+    /// What the entries of the status item's menu do.
+    void perform(StatusMenuAction action);
+
     ActivationPolicy activationPolicy() const { return m_activationPolicy; }
 
     /// Told of each step of the launch as it begins.
@@ -85,7 +88,6 @@ private:
     void startClipboardMonitor();
     void makeShelfPanelController();
     void makeHotkeyManager();
-    void perform(StatusMenuAction action);
     void togglePanel();
     QStringList shortcutsHeldByOthers() const;
     void serveCommands();

@@ -51,6 +51,11 @@ QRect toolkitRect(const ScreenRect& rect) {
     return place ? place->geometry : QRect();
 }
 
+/// Unlike `quit`, which any open window can refuse.
+void endEventLoop() {
+    QApplication::exit();
+}
+
 int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const MachineInfo& machineInfo) {
     if (const auto missing = whyDisplayIsOutOfReach())
         return refuseToStart(*missing);
@@ -108,8 +113,8 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
                           .singleInstance = singleInstance,
                           .systemTray = systemTray,
                           .shelfPanel = shelfPanel,
-                          .terminate = [] { QApplication::quit(); }});
-    const TerminationSignals signals([] { QApplication::quit(); });
+                          .terminate = endEventLoop});
+    const TerminationSignals signals(endEventLoop);
     delegate.applicationWillFinishLaunching();
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();

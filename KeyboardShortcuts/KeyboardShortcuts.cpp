@@ -5,6 +5,7 @@
 #include "Platform/UserDefaults.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kestrova {
 namespace {
@@ -56,6 +57,7 @@ void KeyboardShortcuts::setShortcut(const std::optional<Shortcut>& shortcut, con
     remember(name);
     if (const auto old = getShortcut(name))
         unregisterUnlessUsedBesides(name, *old);
+    m_watched[name.rawValue].shortcut = shortcut;
     if (shortcut) {
         registerIfNeeded(*shortcut);
         m_defaults.set(defaultsKey(name), encoded(*shortcut));
@@ -167,8 +169,25 @@ void KeyboardShortcuts::updateListening() {
 }
 
 void KeyboardShortcuts::remember(const Name& name) {
-    if (std::ranges::find(m_names, name) == m_names.end())
-        m_names.push_back(name);
+    if (std::ranges::find(m_names, name) != m_names.end())
+        return;
+    m_names.push_back(name);
+    auto& watched = m_watched[name.rawValue];
+    watched.shortcut = getShortcut(name);
+    watched.observation = m_defaults.observe(defaultsKey(name), [this, name] { storedValueChanged(name); });
+}
+
+void KeyboardShortcuts::storedValueChanged(const Name& name) {
+    const auto stored = getShortcut(name);
+    auto& known = m_watched[name.rawValue].shortcut;
+    // What this object stores itself is in step already.
+    if (stored == known)
+        return;
+    if (const auto old = std::exchange(known, stored))
+        unregisterUnlessUsedBesides(name, *old);
+    if (stored)
+        registerIfNeeded(*stored);
+    m_observers.notify(name);
 }
 
 } // namespace kestrova

@@ -5,10 +5,13 @@
 #include "KeyboardShortcuts/NameObservers.h"
 #include "KeyboardShortcuts/ShortcutName.h"
 #include "KeyboardShortcuts/SpecialKey.h"
+#include "Platform/UserDefaults.h"
 
 #include <QSet>
+#include <QString>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -17,7 +20,6 @@ namespace kestrova {
 
 class KeyboardLayout;
 class MenuTracking;
-class UserDefaults;
 
 /// The shortcuts that a person can set, by name: keeps them in the user defaults, keeps the host's hot keys
 /// in step with what is stored, and runs the actions of a name when its shortcut is pressed. One object
@@ -100,6 +102,8 @@ private:
     void setMenuOpen(bool isMenuOpen);
     void updateListening();
     void remember(const Name& name);
+    /// Somebody else has stored something under the name, such as a person with an editor.
+    void storedValueChanged(const Name& name);
 
     UserDefaults& m_defaults;
     MenuTracking& m_menuTracking;
@@ -107,6 +111,13 @@ private:
     CarbonKeyboardShortcuts m_carbon;
     NameObservers m_observers;
     std::vector<Name> m_names;
+    struct Watched {
+        /// As of the last time that the hot keys were put in step with it.
+        std::optional<Shortcut> shortcut;
+        DefaultsObservation observation;
+    };
+    /// By raw value.
+    std::map<QString, Watched> m_watched;
     Handlers m_keyDownHandlers;
     Handlers m_keyUpHandlers;
     QSet<Shortcut> m_registeredShortcuts;

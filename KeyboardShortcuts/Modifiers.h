@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/HotKeys.h"
 #include "Platform/KeyEvent.h"
 
 #include <QString>
@@ -8,15 +9,6 @@
 #include <cstdint>
 
 namespace kestrova {
-
-/// Modifier bits as shortcuts are stored and registered.
-namespace CarbonModifier {
-inline constexpr std::uint32_t command = 0x100;
-inline constexpr std::uint32_t shift = 0x200;
-inline constexpr std::uint32_t option = 0x800;
-inline constexpr std::uint32_t control = 0x1000;
-inline constexpr std::uint32_t function = 0x20000;
-} // namespace CarbonModifier
 
 /// One modifier in both numberings and as it is written.
 struct Modifier {

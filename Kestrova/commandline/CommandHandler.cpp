@@ -176,6 +176,7 @@ CommandReply CommandHandler::run(const StatusCommand& command) {
             {QStringLiteral("frontmostApplication"), front && front->bundleIdentifier
                                                          ? QJsonValue(*front->bundleIdentifier)
                                                          : QJsonValue(QJsonValue::Null)},
+            {QStringLiteral("shelfVisible"), isShelfVisible && isShelfVisible()},
             {QStringLiteral("refusedShortcuts"), QJsonArray::fromStringList(refused)},
             {QStringLiteral("store"), m_surroundings.container.path()}};
         return {ExitStatus::success, QJsonDocument(status).toJson(), {}};

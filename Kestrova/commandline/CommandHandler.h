@@ -41,6 +41,7 @@ public:
     std::function<void()> onHide;
     /// Pastes the item into the application in front.
     std::function<void(const std::shared_ptr<ClipboardItem>&)> onPaste;
+    std::function<bool()> isShelfVisible;
     /// The shortcuts that another program holds, in words for people.
     std::function<QStringList()> refusedShortcuts;
     /// The program was told to end; the answer is still to be sent.

@@ -41,7 +41,7 @@ QStringView firstCharacters(QStringView text, qsizetype count) {
 QString oneLine(const QString& content) {
     auto line = firstCharacters(content, textLength).toString();
     line.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-    for (const auto newline : {u'\n', u'\r', u'\u2028', u'\u2029'})
+    for (const auto newline : {u'\n', u'\v', u'\f', u'\r', u'\u0085', u'\u2028', u'\u2029'})
         line.replace(QChar(newline), u' ');
     return line.trimmed();
 }

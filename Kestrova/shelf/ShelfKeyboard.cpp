@@ -303,7 +303,7 @@ bool ShelfKeyboard::previousTag(const KeyEvent&) {
 }
 
 bool ShelfKeyboard::nextTag(const KeyEvent&) {
-    return stepToChip(static_cast<std::ptrdiff_t>(m_view._activeTagIndex) + 1);
+    return stepToNextChip(static_cast<std::ptrdiff_t>(m_view._activeTagIndex) + 1);
 }
 
 bool ShelfKeyboard::previousItem(const KeyEvent&) {
@@ -324,7 +324,7 @@ bool ShelfKeyboard::previousChip(const KeyEvent&) {
 }
 
 bool ShelfKeyboard::nextChip(const KeyEvent&) {
-    return stepToChip(chipPosition() + 1);
+    return stepToNextChip(chipPosition() + 1);
 }
 
 bool ShelfKeyboard::cellAbove(const KeyEvent&) {
@@ -388,11 +388,13 @@ bool ShelfKeyboard::goToSidebarIfShown() {
     return true;
 }
 
+bool ShelfKeyboard::stepToNextChip(std::ptrdiff_t position) {
+    return position <= std::ssize(m_view.availableTypes()) && stepToChip(position);
+}
+
 bool ShelfKeyboard::stepToChip(std::ptrdiff_t position) {
     if (position < 0)
         return goToSidebarIfShown();
-    if (position > std::ssize(m_view.availableTypes()))
-        return false;
     m_view._activeTagIndex = static_cast<std::size_t>(position);
     m_view.selectTypeChip(position);
     return true;

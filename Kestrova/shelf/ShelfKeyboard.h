@@ -70,7 +70,9 @@ private:
 
     void goToTags();
     bool goToSidebarIfShown();
+    /// A position that chips have left meanwhile is passed through on the way back.
     bool stepToChip(std::ptrdiff_t position);
+    bool stepToNextChip(std::ptrdiff_t position);
     std::ptrdiff_t chipPosition() const;
     std::ptrdiff_t selectionIndex() const;
     std::ptrdiff_t columns() const;

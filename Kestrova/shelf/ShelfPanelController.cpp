@@ -24,6 +24,8 @@ constexpr double topGap = 0.15;
 constexpr auto fadeInDuration = 160ms;
 constexpr auto fadeOutDuration = 120ms;
 constexpr auto widthChangeDuration = 280ms;
+// Window managers answer a press within a few milliseconds.
+constexpr auto settlingOfAPress = 50ms;
 
 } // namespace
 
@@ -134,14 +136,34 @@ void ShelfPanelController::showPanel() {
 }
 
 void ShelfPanelController::hidePanel() {
+    fadeOut();
+    if (m_previousApp)
+        m_surroundings.workspace.activate(*m_previousApp);
+}
+
+void ShelfPanelController::pressedElsewhere() {
+    fadeOut();
+    // The press is on its way to the window manager too. If it chose a window, that one has the keyboard by
+    // then and keeps it: the person must not come to type into another one.
+    m_surroundings.mainQueue.after(settlingOfAPress, whileAlive([](ShelfPanelController& controller) {
+                                       if (controller.m_previousApp && !controller.isAnotherInFront())
+                                           controller.m_surroundings.workspace.activate(
+                                               *controller.m_previousApp);
+                                   }));
+}
+
+bool ShelfPanelController::isAnotherInFront() const {
+    const auto front = m_surroundings.workspace.frontmostApplication();
+    return front && front->window != m_surroundings.panel.windowNumber();
+}
+
+void ShelfPanelController::fadeOut() {
     m_globalMouseMonitor.reset();
     m_surroundings.panel.animateAlpha(0, fadeOutDuration, AnimationTiming::easeIn);
     // Whatever happens meanwhile: a show within the fade goes with it.
     m_surroundings.mainQueue.after(fadeOutDuration, whileAlive([](ShelfPanelController& controller) {
                                        controller.m_surroundings.panel.orderOut();
                                    }));
-    if (m_previousApp)
-        m_surroundings.workspace.activate(*m_previousApp);
 }
 
 void ShelfPanelController::activatePanel() {
@@ -151,7 +173,7 @@ void ShelfPanelController::activatePanel() {
 void ShelfPanelController::installMouseMonitor() {
     m_globalMouseMonitor = m_surroundings.eventMonitors.addGlobalMonitor(
         EventMask::leftMouseDown | EventMask::rightMouseDown,
-        whileAlive([](ShelfPanelController& controller) { controller.hidePanel(); }));
+        whileAlive([](ShelfPanelController& controller) { controller.pressedElsewhere(); }));
 }
 
 void ShelfPanelController::changeWidth(double width) {

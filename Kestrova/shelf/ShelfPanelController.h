@@ -45,6 +45,7 @@ public:
 
     /// Does not look at whether the panel is up already.
     void showPanel();
+    /// Gives the keyboard back to the application that was in front before.
     void hidePanel();
     /// What the shortcut and the menu do.
     void togglePanel();
@@ -69,6 +70,9 @@ public:
     std::function<void(const std::shared_ptr<ClipboardItem>&)> onEditImageRequested;
 
 private:
+    void fadeOut();
+    void pressedElsewhere();
+    bool isAnotherInFront() const;
     void changeWidth(double width);
     void installMouseMonitor();
     void activatePanel();

@@ -178,7 +178,8 @@ void ShelfPanelView::installMonitors() {
         });
     _modifierMonitor = m_surroundings.eventMonitors.addLocalMonitor(
         EventMask::flagsChanged, [this](const LocalEvent& event) {
-            if (isOfThePanel(event))
+            // That all were let go is told when the window has gone from the screen already.
+            if (isOfThePanel(event) || (event.key.modifierFlags == 0 && goesToThePanel(event)))
                 m_keyboard->modifiersChanged(event.key.modifierFlags);
             return false;
         });
@@ -190,8 +191,11 @@ void ShelfPanelView::removeMonitors() {
 }
 
 bool ShelfPanelView::isOfThePanel(const LocalEvent& event) const {
-    const auto& panel = m_surroundings.panel;
-    return event.window != 0 && panel.isVisible() && event.window == panel.windowNumber();
+    return m_surroundings.panel.isVisible() && goesToThePanel(event);
+}
+
+bool ShelfPanelView::goesToThePanel(const LocalEvent& event) const {
+    return event.window != 0 && event.window == m_surroundings.panel.windowNumber();
 }
 
 // Derived values

@@ -132,8 +132,7 @@ public:
     /// Makes one item of each URL that was dropped on the lists.
     void dropURLs(const QList<QUrl>& urls);
 
-    // The state, in the order of its declaration in the design. Text and flags that are kept in the user
-    // defaults are read there at each use.
+    // The state. Text and flags that are kept in the user defaults are read there at each use.
     QString themeRaw() const;
     QString _query;
     std::optional<ItemID> _selection;
@@ -175,6 +174,7 @@ private:
     void installMonitors();
     void removeMonitors();
     bool isOfThePanel(const LocalEvent& event) const;
+    bool goesToThePanel(const LocalEvent& event) const;
     void select(std::optional<ItemID> id);
     /// Runs a change that ends with a save, and drops the failure of the save: the change stands in memory
     /// and goes to disk with the next one.

@@ -206,6 +206,20 @@ TEST_F(AppDelegateTest, TheShortcutOpensTheShelfAndClosesIt) {
     EXPECT_FALSE(m_panel.isVisible());
 }
 
+TEST_F(AppDelegateTest, TheMenuOpensAndClosesTheShelfAndEndsTheProgram) {
+    m_delegate.applicationDidFinishLaunching();
+    m_queue.advance(1s);
+    EXPECT_TRUE(m_systemTray.isAwaited);
+    m_delegate.perform(StatusMenuAction::togglePanel);
+    EXPECT_TRUE(m_panel.isVisible());
+    m_delegate.perform(StatusMenuAction::togglePanel);
+    m_queue.advance(120ms);
+    EXPECT_FALSE(m_panel.isVisible());
+    EXPECT_EQ(m_terminations, 0);
+    m_delegate.perform(StatusMenuAction::terminate);
+    EXPECT_EQ(m_terminations, 1);
+}
+
 TEST_F(AppDelegateTest, TheCommandsOpenAndCloseTheShelf) {
     m_delegate.applicationDidFinishLaunching();
     const auto run = [&](const char* word) {

@@ -384,5 +384,23 @@ TEST_F(KeyboardShortcutsTest, NothingIsCalledAfterItHasGone) {
     EXPECT_THAT(calls, IsEmpty());
 }
 
+TEST_F(KeyboardShortcutsTest, WhatSomebodyElseStoresIsLiveAtOnce) {
+    const Name name = shortcuts->name(a, v);
+    shortcuts->onKeyDown(name, note("a"));
+    int told = 0;
+    const auto token = shortcuts->observeShortcutByNameDidChange([&](const Name&) { ++told; });
+    defaults.set(keyOfA, QStringLiteral(R"({"carbonKeyCode":40,"carbonModifiers":256})"));
+    EXPECT_FALSE(isLive(v));
+    EXPECT_TRUE(press(k));
+    EXPECT_THAT(calls, ElementsAre("a"));
+    EXPECT_EQ(told, 1);
+    defaults.set(keyOfA, QStringLiteral("no shortcut"));
+    EXPECT_FALSE(isLive(k));
+    shortcuts->setShortcut(four, name);
+    EXPECT_TRUE(isLive(four));
+    EXPECT_EQ(host.combinations().size(), 1u);
+    EXPECT_EQ(told, 3);
+}
+
 } // namespace
 } // namespace kestrova

@@ -4,8 +4,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include <utility>
-
 namespace kestrova {
 namespace {
 
@@ -15,8 +13,7 @@ constexpr double radius = 6;
 
 } // namespace
 
-ActionRow::ActionRow(const QString& title, KeyCapsule key, QWidget* parent)
-    : PanelButton(parent), m_key(std::move(key)) {
+ActionRow::ActionRow(const QString& title, QWidget* parent) : PanelButton(parent) {
     setText(title);
     setAccessibleName(title);
     setFocusPolicy(Qt::StrongFocus);
@@ -40,14 +37,13 @@ void ActionRow::paintEvent(QPaintEvent*) {
     painter.setPen(theme().text);
     painter.drawText(rect().adjusted(sidePadding, 0, -sidePadding, 0), Qt::AlignVCenter | Qt::AlignLeft,
                      text());
-    const double capsuleWidth = m_key.size().width();
-    m_key.paint(painter, {width() - sidePadding - capsuleWidth / 2, height() / 2.0}, theme());
 }
 
 void ActionRow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         click();
-    else
+    else if (event->key() !=
+             Qt::Key_Space) // In the lists it previews; it must not do the first thing at hand here.
         PanelButton::keyPressEvent(event);
 }
 

@@ -21,35 +21,30 @@ QFont titleFont() {
     return shelfFont(12, QFont::DemiBold);
 }
 
-KeyCapsule command(const QString& letter) {
-    return {{QStringLiteral("command")}, letter};
-}
-
 } // namespace
 
 ActionsCard::ActionsCard(ShelfPanelView& view, const std::shared_ptr<ClipboardItem>& item, QWidget* parent)
     : QWidget(parent), m_view(view), m_item(item) {
     setAccessibleName(QStringLiteral("액션"));
-    add(QStringLiteral("복사"), command(QStringLiteral("C")), [this] {
+    add(QStringLiteral("복사"), [this] {
         m_view.copy(m_item);
         m_view.popRoute();
     });
-    add(item->pinned() ? QStringLiteral("핀 해제") : QStringLiteral("Pin"), command(QStringLiteral("P")),
-        [this] {
-            m_view.togglePin(*m_item);
-            m_view.popRoute();
-        });
+    add(item->pinned() ? QStringLiteral("핀 해제") : QStringLiteral("Pin"), [this] {
+        m_view.togglePin(*m_item);
+        m_view.popRoute();
+    });
     if (ShelfPanelView::isEditable(*item))
-        add(QStringLiteral("편집"), command(QStringLiteral("E")), [this] {
+        add(QStringLiteral("편집"), [this] {
             // The card is what closing the editor comes back to.
             m_view._suspendedRoute = m_view._route;
             m_view.edit(m_item);
         });
-    add(QStringLiteral("미리보기"), {{}, QStringLiteral("Space")}, [this] {
+    add(QStringLiteral("미리보기"), [this] {
         m_view._suspendedRoute = m_view._route;
         m_view.preview(m_item);
     });
-    add(QStringLiteral("삭제"), {{QStringLiteral("command"), QStringLiteral("delete.left")}, {}}, [this] {
+    add(QStringLiteral("삭제"), [this] {
         m_view.deleteItem(*m_item);
         m_view.popRoute();
     });
@@ -57,8 +52,8 @@ ActionsCard::ActionsCard(ShelfPanelView& view, const std::shared_ptr<ClipboardIt
 }
 
 template<typename Act>
-void ActionsCard::add(const QString& title, KeyCapsule key, Act act) {
-    auto* const row = new ActionRow(title, std::move(key), this);
+void ActionsCard::add(const QString& title, Act act) {
+    auto* const row = new ActionRow(title, this);
     row->onTap = [this, act] { m_view.perform(act); };
     m_rows.push_back(row);
 }

@@ -12,7 +12,6 @@ namespace kestrova {
 class ActionRow;
 class ClipboardItem;
 class ShelfPanelView;
-struct KeyCapsule;
 
 /// What can be done to one item.
 class ActionsCard final : public QWidget {
@@ -32,7 +31,7 @@ protected:
 
 private:
     template<typename Act>
-    void add(const QString& title, KeyCapsule key, Act act);
+    void add(const QString& title, Act act);
 
     ShelfPanelView& m_view;
     std::shared_ptr<ClipboardItem> m_item;

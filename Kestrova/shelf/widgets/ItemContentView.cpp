@@ -37,7 +37,8 @@ void ItemContentView::render(const std::shared_ptr<ClipboardItem>& item, const S
     m_text->setTheme(theme);
     const auto content = item ? item->content() : QString();
     const auto type = item ? std::optional(item->type()) : std::nullopt;
-    const bool isOther = item != m_item || content != m_content || type != m_type;
+    const auto byteCount = item ? item->values().imageByteCount : std::nullopt;
+    const bool isOther = item != m_item || content != m_content || type != m_type || byteCount != m_byteCount;
     if (isOther || theme != m_theme)
         update();
     m_theme = theme;
@@ -46,6 +47,7 @@ void ItemContentView::render(const std::shared_ptr<ClipboardItem>& item, const S
     m_item = item;
     m_content = content;
     m_type = type;
+    m_byteCount = byteCount;
     m_picture = {};
     ++m_wish;
     setAccessibleName(item ? primaryText(*item) : QString());

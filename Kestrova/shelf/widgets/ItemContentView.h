@@ -45,6 +45,7 @@ private:
     std::shared_ptr<ClipboardItem> m_item;
     QString m_content;
     std::optional<ClipboardItemType> m_type;
+    std::optional<std::int64_t> m_byteCount;
     ShelfTheme m_theme;
     QImage m_picture;
     ScheduledBlock m_read;

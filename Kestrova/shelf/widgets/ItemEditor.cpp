@@ -2,7 +2,6 @@
 
 #include "Kestrova/shelf/widgets/ThinScrollBar.h"
 
-#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QTextDocument>
 
@@ -31,9 +30,7 @@ QString ItemEditor::content() const {
 }
 
 void ItemEditor::setTheme(const ShelfTheme& theme) {
-    auto font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPointSizeF(shelfFont(13).pointSizeF());
-    setFont(font);
+    setFont(fixedShelfFont(13));
     setPalette(theme.palette());
     m_scrollBar->setThumbColor(theme.scrollThumb);
 }

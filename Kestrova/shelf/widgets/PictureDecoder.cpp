@@ -28,8 +28,10 @@ PictureDecoder::~PictureDecoder() {
 
 void PictureDecoder::decode(const QByteArray& bytes, QSize pixels, Fit fit, Done done) {
     m_pool.start([&queue = m_mainQueue, isAlive = std::weak_ptr(m_isAlive), bytes, pixels, fit,
-                  whenDone = std::move(done)] {
-        queue.postFromAnyThread([isAlive, picture = decodedPicture(bytes, pixels, fit), tell = whenDone] {
+                  whenDone = std::move(done)]() mutable {
+        auto picture = decodedPicture(bytes, pixels, fit);
+        // Moved on: what it holds belongs to the main thread and must not go on this one.
+        queue.postFromAnyThread([isAlive, picture = std::move(picture), tell = std::move(whenDone)] {
             if (isAlive.lock())
                 tell(picture);
         });

@@ -2,8 +2,6 @@
 
 #include "Kestrova/shelf/widgets/ThinScrollBar.h"
 
-#include <QFontDatabase>
-
 #include <utility>
 
 namespace kestrova {
@@ -30,9 +28,7 @@ void PlainTextView::show(const QString& text) {
 void PlainTextView::setTheme(const ShelfTheme& theme) {
     if (std::exchange(m_theme, theme) == theme)
         return;
-    auto font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPointSizeF(shelfFont(12).pointSizeF());
-    setFont(font);
+    setFont(fixedShelfFont(12));
     setPalette(theme.palette());
     m_scrollBar->setThumbColor(theme.scrollThumb);
 }

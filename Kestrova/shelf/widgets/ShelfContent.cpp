@@ -52,6 +52,8 @@ ShelfContent::ShelfContent(ShelfPanelView& view, MainQueue& mainQueue, QWidget* 
     m_topBar->searchField().lineEdit().onFocusChange = [this](bool isFocused) {
         searchFocusChanged(isFocused);
     };
+    // The list stands in for the grid too, and the arrow keys must walk what is seen: one column.
+    m_view.perform([this] { m_view._gridColumnCount = 1; });
 }
 
 void ShelfContent::render() {
@@ -95,7 +97,9 @@ void ShelfContent::placeFocus() {
 }
 
 void ShelfContent::endEditing() {
-    setFocus(Qt::OtherFocusReason);
+    // A detail screen keeps the keyboard for as long as it is open.
+    if (!m_view._route)
+        setFocus(Qt::OtherFocusReason);
 }
 
 void ShelfContent::searchFocusChanged(bool isFocused) {

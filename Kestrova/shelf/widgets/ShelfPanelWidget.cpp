@@ -4,8 +4,8 @@
 #include "Kestrova/shelf/widgets/ShelfContent.h"
 #include "Platform/WindowManagement.h"
 
-#include <QEvent>
-#include <QGuiApplication>
+#include <QApplication>
+#include <QCloseEvent>
 #include <QPixmap>
 #include <QScreen>
 #include <QWindow>
@@ -22,6 +22,13 @@ constexpr auto widthDuration = 280ms;
 // The program is ready for others first.
 constexpr auto preparationDelay = 100ms;
 constexpr int fullWidth = 960;
+
+/// A menu of the program keeps the keyboard to itself, and so it must not stay beside the shelf.
+void closePopups() {
+    while (auto* const popup = QApplication::activePopupWidget())
+        if (!popup->close())
+            return;
+}
 
 QEasingCurve::Type easing(AnimationTiming timing) {
     switch (timing) {
@@ -161,6 +168,7 @@ void ShelfPanelWidget::animateAlpha(double alpha, Duration duration, AnimationTi
 }
 
 void ShelfPanelWidget::orderFrontRegardless() {
+    closePopups();
     if (!isVisible()) {
         prepare();
         if (std::exchange(m_isRenderDue, false)) {
@@ -179,6 +187,7 @@ void ShelfPanelWidget::orderOut() {
     m_alphaAnimation.stop();
     if (m_frameAnimation.state() == QAbstractAnimation::Running)
         m_frameAnimation.setCurrentTime(m_frameAnimation.duration());
+    closePopups();
     hide();
     rest();
 }
@@ -204,6 +213,13 @@ void ShelfPanelWidget::shape() {
         setMask(roundedRegion(m_content->geometry().intersected(rect())));
     else if (!mask().isEmpty())
         clearMask();
+}
+
+void ShelfPanelWidget::closeEvent(QCloseEvent* event) {
+    // The window manager asks for it. How the panel goes is not the window's to decide.
+    event->ignore();
+    if (m_view)
+        m_view->perform([this] { m_view->onDismiss(); });
 }
 
 void ShelfPanelWidget::resizeEvent(QResizeEvent*) {

@@ -69,7 +69,9 @@ struct ShelfTheme {
     bool operator==(const ShelfTheme&) const = default;
 };
 
-/// A font of the desktop at a size of the design, in which ordinary text has 13 points.
+/// The desktop's font. `size` is what it would be if the desktop's ordinary text had 13 points.
 QFont shelfFont(double size, QFont::Weight weight = QFont::Normal);
+/// The same of the desktop's font for code.
+QFont fixedShelfFont(double size);
 
 } // namespace kestrova

@@ -9,7 +9,7 @@ class QPainter;
 
 namespace kestrova {
 
-/// One of the program's own drawings, named as the symbols of the design are. Drawn in any colour and at any
+/// One of the program's own drawings, named by what they stand for. Drawn in any colour and at any
 /// size; the last drawings are kept. Main thread only.
 class Symbol {
 public:
@@ -21,7 +21,7 @@ public:
     /// Draws it in the centre of `frame`, `edge` points wide and high, on whole device pixels.
     void paint(QPainter& painter, const QRectF& frame, double edge, const QColor& color) const;
 
-    /// The edge of a symbol that stands beside text of a size of the design.
+    /// The edge of a symbol that stands beside text of that size, as `shelfFont` takes it.
     static constexpr double edgeFor(double textSize) { return static_cast<int>(textSize * 1.2 + 0.5); }
 
 private:

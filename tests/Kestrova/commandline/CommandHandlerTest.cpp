@@ -258,6 +258,17 @@ TEST_F(CommandHandlerTest, ToggleShowAndHideReachWhoeverJoinedThem) {
     EXPECT_EQ(told, (QStringList{QStringLiteral("hide"), QStringLiteral("toggle"), QStringLiteral("show")}));
 }
 
+TEST_F(CommandHandlerTest, StatusTellsWhetherTheShelfIsOpen) {
+    bool isOpen = true;
+    m_handler.isShelfVisible = [&] { return isOpen; };
+    const auto told = [&] {
+        return QJsonDocument::fromJson(run("status --json").standardOutput).object().value(u"shelfVisible");
+    };
+    EXPECT_EQ(told(), QJsonValue(true));
+    isOpen = false;
+    EXPECT_EQ(told(), QJsonValue(false));
+}
+
 TEST_F(CommandHandlerTest, PasteHandsTheItemOnAndAnUnknownOneFails) {
     const auto item = insert(makeText(QStringLiteral("words")));
     QStringList pasted;

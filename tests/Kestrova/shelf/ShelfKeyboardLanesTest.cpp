@@ -68,6 +68,22 @@ TEST_F(ShelfLanesTest, ReturnWithNothingFoundPassesOn) {
     EXPECT_TRUE(pasted.isEmpty());
 }
 
+// Chips that have gone meanwhile
+
+TEST_F(ShelfLanesTest, InTheChipsLeftLeadsBackFromAPositionThatHasGone) {
+    addOneOfEachType();
+    lane(tags);
+    act([&] { view._activeTagIndex = 7; });
+    EXPECT_TRUE(left());
+    EXPECT_EQ(view._activeTagIndex, 6u);
+    EXPECT_FALSE(right()) << "there is nothing to the right";
+    EXPECT_EQ(view._activeTagIndex, 6u);
+    for (int position = 5; position >= 0; --position)
+        EXPECT_TRUE(left());
+    EXPECT_EQ(view._activeTagIndex, 0u);
+    EXPECT_EQ(view._typeFilter, std::nullopt);
+}
+
 // Sidebar
 
 TEST_F(ShelfLanesTest, InTheSidebarUpGoesThroughTheRowsAndThenToTheSearch) {

@@ -56,6 +56,15 @@ TEST_F(ShelfMonitorTest, ModifiersOfThePanelAreFollowedAndPassedOn) {
     EXPECT_FALSE(view._controlHeld);
 }
 
+TEST_F(ShelfMonitorTest, ModifiersThatAreLetGoWithTheWindowAreHeldNoLonger) {
+    sendFlags(panel.number, ModifierFlags::command);
+    panel.visible = false;
+    sendFlags(panel.number, ModifierFlags::option);
+    EXPECT_TRUE(view._commandHeld) << "only letting go counts";
+    sendFlags(panel.number, 0);
+    EXPECT_FALSE(view._commandHeld);
+}
+
 TEST_F(ShelfMonitorTest, ModifiersOfOtherWindowsAreNotFollowed) {
     sendFlags(panel.number + 1, ModifierFlags::option);
     EXPECT_FALSE(view._optionHeld);

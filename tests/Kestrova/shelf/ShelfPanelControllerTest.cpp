@@ -68,7 +68,6 @@ protected:
 };
 
 TEST_F(ShelfPanelControllerTest, TheShowSequenceRunsInItsOrder) {
-    controller->showPanel();
     show();
     controller->hidePanel();
     mainQueue.advance(120ms);
@@ -154,11 +153,47 @@ TEST_F(ShelfPanelControllerTest, ARepeatedShowLeavesOneMouseMonitor) {
 
 TEST_F(ShelfPanelControllerTest, APressOfTheMouseElsewhereHidesThePanel) {
     show();
+    workspace.frontmost->window = static_cast<std::uint32_t>(panel.windowNumber());
     // A copy: the handler goes with its monitor.
     const auto press = eventMonitors.onMouseDown;
     press();
     mainQueue.advance(120ms);
+    EXPECT_THAT(trace.take(),
+                ElementsAre(u"160 monitors.removeGlobal"_s, u"160 panel.animateAlpha 0 120 easeIn"_s,
+                            u"210 workspace.activate editor"_s, u"280 panel.orderOut"_s));
+}
+
+TEST_F(ShelfPanelControllerTest, APressThatChoseAWindowLeavesTheKeyboardThere) {
+    show();
+    const auto press = eventMonitors.onMouseDown;
+    press();
+    RunningApplication chosen;
+    chosen.window = 5;
+    workspace.frontmost = chosen;
+    mainQueue.advance(120ms);
     EXPECT_FALSE(controller->isPanelVisible());
+    EXPECT_THAT(trace.take().filter(u"workspace."_s), IsEmpty());
+}
+
+TEST_F(ShelfPanelControllerTest, AShowTellsTheViewAfterItHasTheKeyboardAndBeforeItFadesIn) {
+    show();
+    controller->hidePanel();
+    mainQueue.advance(120ms);
+    auto& view = controller->view();
+    view.perform([&] {
+        view._lane = KeyboardLane::list;
+        view._searchFocused = false;
+        view._query = u"kept"_s;
+    });
+    view.onRender = [this] { trace.add(u"view.render"_s); };
+    trace.take();
+    controller->showPanel();
+    EXPECT_EQ(view._lane, KeyboardLane::search);
+    EXPECT_TRUE(view._searchFocused);
+    EXPECT_EQ(view._query, u"kept");
+    EXPECT_THAT(trace.take().mid(3, 3),
+                ElementsAre(u"280 workspace.activateOwnWindow 77"_s, u"280 view.render"_s,
+                            u"280 panel.animateAlpha 1 160 easeOut"_s));
 }
 
 TEST_F(ShelfPanelControllerTest, ARefusedMouseMonitorLeavesThePanelOpen) {

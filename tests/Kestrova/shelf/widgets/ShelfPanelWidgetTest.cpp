@@ -198,6 +198,29 @@ TEST_F(ShelfPanelWidgetTest, AnEditorThatWasOpenedFromTheCardComesBackToIt) {
     EXPECT_FALSE(parts<ActionRow>().empty());
 }
 
+TEST_F(ShelfPanelWidgetTest, ClosingByTheWindowManagerOnlyAsks) {
+    show();
+    panel.close();
+    EXPECT_TRUE(panel.isVisible());
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(ShelfPanelWidgetTest, InGridModeTheListIsAGridOfOneColumn) {
+    show();
+    EXPECT_EQ(view._gridColumnCount, 1u);
+}
+
+TEST_F(ShelfPanelWidgetTest, SpaceDoesNothingOnTheActionsCard) {
+    const auto item = add(u"words"_qs);
+    show();
+    view.perform([&] { view._route = DetailRoute::actions(item); });
+    const auto rows = parts<ActionRow>();
+    ASSERT_FALSE(rows.empty());
+    QTest::keyClick(rows[0], Qt::Key_Space);
+    EXPECT_TRUE(view._route);
+    EXPECT_TRUE(pasteboard.written().empty());
+}
+
 TEST_F(ShelfPanelWidgetTest, TheThemeFollowsThePreference) {
     defaults.set(QStringLiteral("themePreference"), QStringLiteral("dark"));
     show();

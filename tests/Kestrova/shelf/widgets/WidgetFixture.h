@@ -86,6 +86,7 @@ protected:
     FakeEventMonitors monitors;
     RecordingHUD hud;
     FakeWindowManagement windowManagement;
+    int dismissals = 0;
     ShelfPanelWidget panel{{.mainQueue = queue,
                             .windowManagement = windowManagement,
                             .toolkitRect = [](const ScreenRect& frame) {
@@ -93,7 +94,7 @@ protected:
                             }}};
     ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel},
                         {.onSelect = [](const auto&) {},
-                         .onDismiss = [] {},
+                         .onDismiss = [this] { ++dismissals; },
                          .onEditImage = [](const auto&) {},
                          .onPanelWidthChange = [](double) {}}};
 
