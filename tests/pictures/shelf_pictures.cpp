@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QPainter>
+#include <QScreen>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -122,8 +123,13 @@ std::unique_ptr<ModelContainer> openIn(const QTemporaryDir& folder, const QStrin
     return std::move(opened.value());
 }
 
-/// Shows the first scene on the display until it is ended from outside.
-int showOnDisplay(ModelContainer& container, const QString& theme) {
+/// Shows the first scene on the display, over a plain colour, until it is ended from outside.
+int showOnDisplay(ModelContainer& container, const QString& theme, const QColor& ground) {
+    QWidget desktop(nullptr, Qt::BypassWindowManagerHint);
+    desktop.setPalette(ground);
+    desktop.setGeometry(QGuiApplication::primaryScreen()->geometry());
+    desktop.show();
+    desktop.lower();
     X11WindowManagement windowManagement;
     Shelf shelf(container, windowManagement, theme);
     shelf.show();
@@ -133,9 +139,9 @@ int showOnDisplay(ModelContainer& container, const QString& theme) {
 } // namespace
 
 int main(int argc, char* argv[]) {
-    const bool isShown = argc == 3 && QByteArrayView(argv[1]) == "--show";
+    const bool isShown = argc == 4 && QByteArrayView(argv[1]) == "--show";
     if (argc != 2 && !isShown) {
-        std::fprintf(stderr, "usage: shelf_pictures FOLDER | --show light|dark\n");
+        std::fprintf(stderr, "usage: shelf_pictures FOLDER | --show light|dark COLOUR\n");
         return EXIT_FAILURE;
     }
     if (!isShown)
@@ -145,7 +151,7 @@ int main(int argc, char* argv[]) {
     const auto full = openIn(stores, QStringLiteral("full.sqlite"));
     fillWithEveryKind(*full);
     if (isShown)
-        return showOnDisplay(*full, QString::fromLocal8Bit(argv[2]));
+        return showOnDisplay(*full, QString::fromLocal8Bit(argv[2]), QColor(QString::fromLocal8Bit(argv[3])));
     const QDir folder(QString::fromLocal8Bit(argv[1]));
     for (const auto& scene : shelfScenes())
         if (!draw(scene, *full, folder))

@@ -15,6 +15,8 @@
 namespace kestrova {
 namespace {
 
+constexpr int gapAtTheEnd = 8;
+
 using namespace std::chrono_literals;
 
 constexpr auto peekDuration = 150ms;
@@ -230,6 +232,13 @@ void ItemListView::pointerIsOn(const QModelIndex& index) {
         if (id)
             m_view._hoveredItem = id;
     });
+}
+
+void ItemListView::updateGeometries() {
+    QListView::updateGeometries();
+    // The rows run to the panel's edge; the end of the list has a gap below it.
+    if (auto& bar = *verticalScrollBar(); bar.maximum() > 0)
+        bar.setMaximum(bar.maximum() + gapAtTheEnd);
 }
 
 } // namespace kestrova

@@ -36,6 +36,7 @@ protected:
     bool viewportEvent(QEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void hideEvent(QHideEvent* event) override;
+    void updateGeometries() override;
 
 private:
     void select(const QModelIndex& index);

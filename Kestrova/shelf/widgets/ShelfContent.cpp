@@ -26,7 +26,6 @@ constexpr int previewWidth = 480;
 constexpr int dividerWidth = 1;
 constexpr int chipsTopPadding = 8;
 constexpr int chipsBottomPadding = 8;
-constexpr int listVerticalPadding = 8;
 // With the padding of a row, its text stands below the first chip.
 constexpr int listSidePadding = 4;
 
@@ -127,7 +126,7 @@ void ShelfContent::arrange() {
     m_chipRow->setGeometry(sidebarEdge, bodyTop + chipsTopPadding, paneWidth, FilterChip::height);
     const int listTop = bodyTop + chipsTopPadding + FilterChip::height + chipsBottomPadding;
     m_list->setGeometry(sidebarEdge + listSidePadding, listTop, paneWidth - 2 * listSidePadding,
-                        QWidget::height() - listTop - listVerticalPadding);
+                        QWidget::height() - listTop);
     m_overlay->setGeometry(rect());
     update();
 }
