@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 
 namespace kestrova {
@@ -31,11 +32,10 @@ void letGoOfFontPages() {
         if (!isFontFile(line) || !line.contains(" r--p "))
             continue;
         const auto range = line.left(line.indexOf(' ')).split('-');
-        const auto begin = range.value(0).toULongLong(nullptr, 16);
-        const auto end = range.value(1).toULongLong(nullptr, 16);
+        const std::uintptr_t begin = range.value(0).toULongLong(nullptr, 16);
+        const std::uintptr_t end = range.value(1).toULongLong(nullptr, 16);
         if (begin < end)
-            ::madvise(reinterpret_cast<void*>(static_cast<std::uintptr_t>(begin)), end - begin,
-                      MADV_DONTNEED);
+            ::madvise(std::bit_cast<void*>(begin), end - begin, MADV_DONTNEED);
     }
 }
 
