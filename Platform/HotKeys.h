@@ -6,6 +6,15 @@
 
 namespace kestrova {
 
+/// Modifier bits as hot keys are stored and registered.
+namespace CarbonModifier {
+inline constexpr std::uint32_t command = 0x100;
+inline constexpr std::uint32_t shift = 0x200;
+inline constexpr std::uint32_t option = 0x800;
+inline constexpr std::uint32_t control = 0x1000;
+inline constexpr std::uint32_t function = 0x20000;
+} // namespace CarbonModifier
+
 /// How the program tells its hot keys apart.
 struct HotKeyIdentifier {
     std::uint32_t signature = 0;
@@ -41,8 +50,7 @@ struct HotKeyEvent {
 };
 
 /// Keys that reach the program whichever application has the focus. Key codes are virtual key codes,
-/// modifiers Carbon masks (command 0x100, shift 0x200, option 0x800, control 0x1000, function 0x20000). Main
-/// thread only; the handler is called there too.
+/// modifiers those of `CarbonModifier`. Main thread only; the handler is called there too.
 ///
 /// A hot key is pressed once however long it is held, in spite of Caps Lock and Num Lock, and also while
 /// another program's menu holds the keyboard.

@@ -4,8 +4,9 @@
 #include "Platform/x11/AccessibilityLog.h"
 #include "Platform/x11/AtspiWorker.h"
 #include "Platform/x11/SessionBus.h"
+#include "Platform/x11/ToolkitConnection.h"
 
-#include <QGuiApplication>
+#include <QCoreApplication>
 
 #include <coroutine>
 #include <utility>
@@ -109,10 +110,8 @@ void AtspiAccessibility::begin(const std::shared_ptr<Pending>& pending) {
 
 AtspiAccessibility::AtspiAccessibility(MainQueue& mainQueue)
     : m_mainQueue(mainQueue), m_waiting(std::make_shared<Waiting>()) {
-    if (const auto* const gui = qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
-        if (const auto* const x11 = gui->nativeInterface<QNativeInterface::QX11Application>())
-            m_windows.emplace(x11->connection());
-    }
+    if (auto* const connection = toolkitConnection())
+        m_windows.emplace(connection);
     if (auto address = sessionBusAddress(); !address.empty())
         m_worker = std::make_unique<AtspiWorker>(std::move(address));
 }

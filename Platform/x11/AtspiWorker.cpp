@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 
 // Nobody waits for these.
 constexpr auto timeToConnect = 5s;
+constexpr auto untilRetry = 2s;
 
 constexpr const char* launcher = "org.a11y.Bus";
 constexpr const char* registry = "org.a11y.atspi.Registry";
@@ -94,18 +95,40 @@ void AtspiWorker::run() {
 }
 
 void AtspiWorker::connect() {
+    if (!tryToConnect())
+        connectLater();
+}
+
+void AtspiWorker::connectLater() {
+    // A service that has just come may not be ready yet.
+    m_retry.reset(g_timeout_source_new(static_cast<unsigned>(std::chrono::milliseconds{untilRetry}.count())));
+    g_source_set_callback(
+        m_retry.get(),
+        [](void* data) -> gboolean {
+            auto& self = *static_cast<AtspiWorker*>(data);
+            self.m_retry.reset();
+            if (!self.tryToConnect())
+                qCWarning(lcAccessibility, "[Accessibility] The accessibility service gives no bus");
+            return G_SOURCE_REMOVE;
+        },
+        this, nullptr);
+    g_source_attach(m_retry.get(), m_context.get());
+}
+
+bool AtspiWorker::tryToConnect() {
     const auto answer = m_session->call({launcher, "/org/a11y/bus"}, "org.a11y.Bus", "GetAddress", nullptr,
                                         "(s)", AtspiBus::Clock::now() + timeToConnect);
     if (!answer.value)
-        return;
+        return false;
     const char* address = nullptr;
     g_variant_get(answer.value.get(), "(&s)", &address);
     auto connection = openBus(address, m_cancellable.get());
     if (!connection)
-        return;
+        return false;
     m_bus.emplace(std::move(connection), m_cancellable.get());
     listen();
     m_isConnected = true;
+    return true;
 }
 
 void AtspiWorker::listen() {
@@ -113,7 +136,7 @@ void AtspiWorker::listen() {
                          static_cast<AtspiWorker*>(self)->disconnect();
                      }),
                      this);
-    g_dbus_connection_signal_subscribe(
+    m_focusEvents = g_dbus_connection_signal_subscribe(
         m_bus->get(), nullptr, "org.a11y.atspi.Event.Object", "StateChanged", nullptr, "focused",
         G_DBUS_SIGNAL_FLAGS_NONE,
         [](GDBusConnection*, const char* sender, const char* path, const char*, const char*,
@@ -143,12 +166,14 @@ void AtspiWorker::askForEvents() {
 void AtspiWorker::disconnect() {
     m_isConnected = false;
     m_memory.clear();
+    m_retry.reset();
     if (!m_bus)
         return;
     // This may be called from within its own signal.
     const GObjectPointer<GDBusConnection> connection(
         static_cast<GDBusConnection*>(g_object_ref(m_bus->get())));
     g_signal_handlers_disconnect_by_data(connection.get(), this);
+    g_dbus_connection_signal_unsubscribe(connection.get(), m_focusEvents);
     g_bus_unwatch_name(m_registryWatch);
     m_bus.reset();
     g_dbus_connection_close(connection.get(), nullptr, nullptr, nullptr);

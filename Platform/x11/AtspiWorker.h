@@ -49,7 +49,8 @@ private:
 };
 
 /// Talks to the accessibility bus on a thread of its own, which may wait: it follows where the focus goes,
-/// and puts texts in. It connects when the desktop's accessibility service is there and never starts one.
+/// and puts texts in. It connects when the desktop's accessibility service is there, with a
+/// second attempt if it is not ready, and never starts one.
 class AtspiWorker {
 public:
     /// Called on the worker's thread.
@@ -71,10 +72,18 @@ private:
     struct LoopUnref {
         void operator()(GMainLoop* loop) const { g_main_loop_unref(loop); }
     };
+    struct SourceDestroy {
+        void operator()(GSource* source) const {
+            g_source_destroy(source);
+            g_source_unref(source);
+        }
+    };
 
     void run();
     void post(std::function<void()> block);
     void connect();
+    bool tryToConnect();
+    void connectLater();
     void disconnect();
     void listen();
     void askForEvents();
@@ -90,6 +99,9 @@ private:
     std::optional<AtspiBus> m_session;
     std::optional<AtspiBus> m_bus;
     unsigned m_registryWatch = 0;
+    unsigned m_focusEvents = 0;
+    /// Set while a second attempt to connect is due.
+    std::unique_ptr<GSource, SourceDestroy> m_retry;
     FocusMemory m_memory;
 
     std::thread m_thread;

@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdlib>
 #include <memory>
 
 namespace kestrova {
@@ -14,6 +15,15 @@ std::optional<QString> whyDisplayIsOutOfReach() {
     if (xcb_connection_has_error(connection.get()) != 0)
         return QStringLiteral("the display %1 cannot be reached").arg(qEnvironmentVariable("DISPLAY"));
     return std::nullopt;
+}
+
+int screenNumber() {
+    char* host = nullptr;
+    int display = 0;
+    int screen = 0;
+    const bool isParsed = xcb_parse_display(nullptr, &host, &display, &screen) != 0;
+    std::free(host);
+    return isParsed ? screen : 0;
 }
 
 void chooseDisplayPlugin() {

@@ -10,6 +10,9 @@ namespace kestrova {
 /// toolkit starts, which would end the process without a word of ours.
 std::optional<QString> whyDisplayIsOutOfReach();
 
+/// The number of the X screen that DISPLAY names; 0 if it names none.
+int screenNumber();
+
 /// Makes the toolkit talk to the X server, also where it would prefer another display. Before the toolkit
 /// starts.
 void chooseDisplayPlugin();

@@ -69,7 +69,11 @@ std::optional<AtspiObject> focusedIn(const AtspiObject& application, const QStri
 } // namespace
 
 bool isWindowTitle(QStringView title, QStringView name) {
-    return !name.isEmpty() && title.startsWith(name);
+    if (name.isEmpty() || !title.startsWith(name))
+        return false;
+    const auto rest = title.sliced(name.size());
+    return rest.isEmpty() ||
+           (rest.size() > 1 && rest[0].isSpace() && rest[1].category() == QChar::Punctuation_Dash);
 }
 
 std::optional<AtspiObject> focusedElement(const AtspiBus& bus, const FocusMemory& memory,

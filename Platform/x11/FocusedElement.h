@@ -10,7 +10,8 @@
 namespace kestrova {
 
 /// Whether a window with this title on the desktop is the one that the accessibility bus calls `name`:
-/// toolkits add the program's name to the title.
+/// toolkits add a dash
+/// and the program's name to the title.
 bool isWindowTitle(QStringView title, QStringView name);
 
 /// The element of a process that has, or had last, the focus, in its window with that title; absent if the

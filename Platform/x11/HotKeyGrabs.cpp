@@ -1,5 +1,6 @@
 #include "Platform/x11/HotKeyGrabs.h"
 
+#include "Platform/x11/ScreenCover.h"
 #include "Platform/x11/VirtualKeys.h"
 #include "Platform/x11/XcbXkb.h"
 
@@ -9,7 +10,6 @@
 #include <xcb/xinput.h>
 
 #include <algorithm>
-#include <span>
 #include <utility>
 
 namespace kestrova {
@@ -206,35 +206,10 @@ void HotKeyGrabs::onRawPress(xcb_keycode_t key, xcb_timestamp_t time) {
         const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(*event);
         return event->response_type == XCB_KEY_PRESS && press.detail == key && press.time == time;
     });
-    if (!isGrabbed && !isScreenCovered())
+    // A menu and a screen locker both hold the keyboard, and nothing of the program may show or be reached
+    // behind a locker.
+    if (!isGrabbed && !isScreenCovered(m_connection.get(), m_root))
         tellPressed(*hotKey);
-}
-
-bool HotKeyGrabs::isScreenCovered() const {
-    // A menu and a screen locker both hold the keyboard. The locker hides everything behind windows that no
-    // window manager handles, and nothing of the program may show or be reached then.
-    const XcbReply<xcb_query_tree_reply_t> tree{
-        xcb_query_tree_reply(m_connection.get(), xcb_query_tree(m_connection.get(), m_root), nullptr)};
-    const XcbReply<xcb_get_geometry_reply_t> screen{
-        xcb_get_geometry_reply(m_connection.get(), xcb_get_geometry(m_connection.get(), m_root), nullptr)};
-    if (!tree || !screen)
-        return true;
-    std::int64_t uncovered = std::int64_t{screen->width} * screen->height;
-    const std::span windows{xcb_query_tree_children(tree.get()),
-                            static_cast<std::size_t>(xcb_query_tree_children_length(tree.get()))};
-    for (const auto window : windows) {
-        const XcbReply<xcb_get_window_attributes_reply_t> attributes{xcb_get_window_attributes_reply(
-            m_connection.get(), xcb_get_window_attributes(m_connection.get(), window), nullptr)};
-        if (!attributes || attributes->override_redirect == 0 ||
-            attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
-            continue;
-        const XcbReply<xcb_get_geometry_reply_t> geometry{xcb_get_geometry_reply(
-            m_connection.get(), xcb_get_geometry(m_connection.get(), window), nullptr)};
-        if (geometry)
-            uncovered -= std::int64_t{geometry->width} * geometry->height;
-    }
-    return uncovered <= 0;
 }
 
 void HotKeyGrabs::onRawRelease(xcb_keycode_t key) {

@@ -60,7 +60,6 @@ private:
     void onGrabbedPress(const xcb_key_press_event_t& press);
     void onRawPress(xcb_keycode_t key, xcb_timestamp_t time);
     void onRawRelease(xcb_keycode_t key);
-    bool isScreenCovered() const;
     void tellPressed(const HotKey& hotKey);
     XcbReply<xcb_generic_event_t> nextEvent();
     void readArrived();

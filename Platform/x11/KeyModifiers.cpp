@@ -1,5 +1,6 @@
 #include "Platform/x11/KeyModifiers.h"
 
+#include "Platform/HotKeys.h"
 #include "Platform/KeyEvent.h"
 #include "Platform/x11/VirtualKeys.h"
 #include "Platform/x11/XcbReply.h"
@@ -15,14 +16,6 @@ namespace {
 constexpr std::size_t modifierCount = 8;
 // Shift, Lock and Control mean what they are called; what the five others mean is up to the keyboard.
 constexpr std::size_t firstFreeModifier = 3;
-
-namespace Carbon {
-constexpr std::uint32_t command = 0x100;
-constexpr std::uint32_t shift = 0x200;
-constexpr std::uint32_t option = 0x800;
-constexpr std::uint32_t control = 0x1000;
-constexpr std::uint32_t function = 0x20000;
-} // namespace Carbon
 
 void assignOnce(std::uint16_t& role, std::uint16_t mask) {
     if (role == 0)
@@ -118,8 +111,9 @@ std::optional<std::uint16_t> stateOfCarbonModifiers(std::uint32_t carbonModifier
         std::uint32_t carbon;
         std::uint16_t state;
     };
-    const std::array rows{Row{Carbon::command, map.super}, Row{Carbon::shift, XCB_MOD_MASK_SHIFT},
-                          Row{Carbon::option, map.alt}, Row{Carbon::control, XCB_MOD_MASK_CONTROL}};
+    const std::array rows{
+        Row{CarbonModifier::command, map.super}, Row{CarbonModifier::shift, XCB_MOD_MASK_SHIFT},
+        Row{CarbonModifier::option, map.alt}, Row{CarbonModifier::control, XCB_MOD_MASK_CONTROL}};
     std::uint16_t state = 0;
     auto unknown = carbonModifiers;
     for (const auto& row : rows) {
@@ -131,7 +125,7 @@ std::optional<std::uint16_t> stateOfCarbonModifiers(std::uint32_t carbonModifier
         unknown &= ~row.carbon;
     }
     if (inherentFlags(virtualKey) & ModifierFlags::function)
-        unknown &= ~Carbon::function;
+        unknown &= ~CarbonModifier::function;
     return unknown == 0 ? std::optional{state} : std::nullopt;
 }
 

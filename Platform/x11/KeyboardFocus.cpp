@@ -3,21 +3,12 @@
 #include "Platform/x11/PointerWindows.h"
 #include "Platform/x11/XcbReply.h"
 
-#include <QByteArrayView>
 #include <QCoreApplication>
-
-#include <algorithm>
-#include <ranges>
-#include <span>
 
 namespace kestrova {
 
 KeyboardFocus::KeyboardFocus(xcb_connection_t* connection, OwnWindows own)
     : m_connection(connection), m_own(own), m_facts(connection) {
-    constexpr QByteArrayView name{"_NET_CLIENT_LIST"};
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    if (const XcbReply<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(connection, cookie, nullptr)})
-        m_clientListAtom = reply->atom;
     if (const auto* const setup = xcb_get_setup(connection); setup && setup->roots_len > 0)
         m_root = xcb_setup_roots_iterator(setup).data->root;
 }
@@ -41,25 +32,7 @@ std::optional<FocusedWindow> KeyboardFocus::focusedWindow() const {
 }
 
 xcb_window_t KeyboardFocus::windowOf(const RunningApplication& application) const {
-    if (application.window != XCB_NONE && m_facts.facts(application.window))
-        return application.window;
-    if (application.processIdentifier == 0)
-        return XCB_NONE;
-    constexpr std::uint32_t mostWindows = 4096;
-    const auto cookie =
-        xcb_get_property(m_connection, 0, m_root, m_clientListAtom, XCB_ATOM_WINDOW, 0, mostWindows);
-    const XcbReply<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection, cookie, nullptr)};
-    if (!reply || reply->format != 32)
-        return XCB_NONE;
-    // In the order in which they were mapped.
-    const std::span windows{static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get())),
-                            reply->value_len};
-    for (const auto window : windows | std::views::reverse) {
-        const auto facts = m_facts.facts(window);
-        if (facts && facts->processIdentifier == application.processIdentifier)
-            return window;
-    }
-    return XCB_NONE;
+    return m_facts.windowOf(application);
 }
 
 xcb_window_t KeyboardFocus::innermostFocus() const {

@@ -31,8 +31,7 @@ public:
 
     /// Absent if no window has it.
     std::optional<FocusedWindow> focusedWindow() const;
-    /// The window of the application that keys are meant for: the remembered one or, if that has gone, the
-    /// newest of its process; XCB_NONE if it has none.
+    /// The window of the application that keys are meant for, as in `X11Windows`; XCB_NONE if it has none.
     xcb_window_t windowOf(const RunningApplication& application) const;
 
 private:
@@ -42,7 +41,6 @@ private:
     const OwnWindows m_own;
     X11Windows m_facts;
     xcb_window_t m_root = XCB_NONE;
-    xcb_atom_t m_clientListAtom = XCB_ATOM_NONE;
 };
 
 } // namespace kestrova

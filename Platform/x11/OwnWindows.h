@@ -20,7 +20,4 @@ private:
     std::uint32_t m_mask = 0;
 };
 
-/// The toolkit's own connection; null where it does not run on X11.
-xcb_connection_t* toolkitConnection();
-
 } // namespace kestrova

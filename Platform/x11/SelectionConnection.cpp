@@ -1,5 +1,6 @@
 #include "Platform/x11/SelectionConnection.h"
 
+#include "Platform/x11/Atoms.h"
 #include "Platform/x11/PasteboardLog.h"
 #include "Platform/x11/SelectionTargets.h"
 
@@ -43,16 +44,14 @@ SelectionConnection::SelectionConnection() : m_connection(xcb_connect(nullptr, n
     for (auto& name : knownTargets())
         wanted.push_back({std::move(name), nullptr, {}});
     for (auto& want : wanted)
-        want.cookie =
-            xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(want.name.size()), want.name.data());
+        want.cookie = askForAtom(m_connection, want.name);
     for (auto& want : wanted) {
-        const XcbReply<xcb_intern_atom_reply_t> reply{
-            xcb_intern_atom_reply(m_connection, want.cookie, nullptr)};
-        if (!reply)
+        const auto atom = atomOf(m_connection, want.cookie);
+        if (atom == XCB_ATOM_NONE)
             continue;
-        m_names.emplace(reply->atom, want.name);
+        m_names.emplace(atom, want.name);
         if (want.atom)
-            *want.atom = reply->atom;
+            *want.atom = atom;
     }
 }
 
@@ -115,10 +114,7 @@ xcb_atom_t SelectionConnection::atom(const QByteArray& name) {
         if (known == name)
             return atom;
     }
-    const auto cookie =
-        xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const XcbReply<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(m_connection, cookie, nullptr)};
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    return atomNamed(m_connection, name);
 }
 
 QList<QByteArray> SelectionConnection::names(const std::vector<xcb_atom_t>& atoms) {

@@ -2,6 +2,7 @@
 
 #include "Platform/x11/PointerWindows.h"
 #include "Platform/x11/TextControlKeys.h"
+#include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/VirtualKeys.h"
 #include "Platform/x11/X11Keymap.h"
 
@@ -21,6 +22,11 @@ namespace kestrova {
 namespace {
 
 Q_LOGGING_CATEGORY(lcEventMonitors, "kestrova.eventmonitors")
+
+// Keys from the server have the time of their press. Those that the accessibility bridge sends on to the
+// window and those that an input method sends to a control have none.
+constexpr quint64 noTime = 0;
+constexpr quint64 timeOfSeen = 1;
 
 std::uint32_t maskOfButton(std::uint32_t button) {
     constexpr std::uint32_t left = 1;
@@ -57,10 +63,13 @@ X11EventMonitors::X11EventMonitors(X11Keymap& keymap)
       }),
       m_local([this](bool isEmpty) {
           m_held.clear();
-          if (isEmpty)
+          if (isEmpty) {
               qApp->removeEventFilter(&m_windowFilter);
-          else
+              qApp->removeNativeEventFilter(&m_repeatFilter);
+          } else {
               qApp->installEventFilter(&m_windowFilter);
+              qApp->installNativeEventFilter(&m_repeatFilter);
+          }
       }) {
     if (m_connection)
         m_raw.emplace(m_connection, XInputRaw::Version::AskedByToolkit);
@@ -114,21 +123,47 @@ bool X11EventMonitors::isPointerOverOwnWindow() const {
            });
 }
 
+bool X11EventMonitors::RepeatFilter::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
+    if (eventType != "xcb_generic_event_t")
+        return false;
+    const auto& key = *static_cast<const xcb_key_press_event_t*>(message);
+    const auto kind = key.response_type & 0x7f;
+    if (kind == XCB_KEY_RELEASE)
+        m_repeats.noteRelease(key.detail, key.time);
+    else if (kind == XCB_KEY_PRESS)
+        m_repeating.set(key.detail, m_repeats.isRepeat(key.detail, key.time));
+    return false;
+}
+
 bool X11EventMonitors::WindowFilter::eventFilter(QObject* receiver, QEvent* event) {
+    if (!isKey(*event))
+        return false;
     // The window gets everything first and passes it on to its widgets. Its filters get what comes after
     // those of the application, this key included.
-    if (receiver->isWindowType() && isKey(*event))
+    if (receiver->isWindowType())
         receiver->installEventFilter(&m_monitors.m_keyFilter);
-    return false;
+    auto& key = static_cast<QKeyEvent&>(*event);
+    if (!receiver->isWidgetType() || key.timestamp() != noTime)
+        return false;
+    const auto* const window = static_cast<const QWidget*>(receiver)->window()->windowHandle();
+    return window && m_monitors.takeKey(*window, key);
 }
 
 bool X11EventMonitors::KeyFilter::eventFilter(QObject* receiver, QEvent* event) {
     const auto& window = static_cast<const QWindow&>(*receiver);
     if (isKey(*event))
-        return m_monitors.onKey(receivingWindow(window), static_cast<const QKeyEvent&>(*event));
+        return m_monitors.takeKey(receivingWindow(window), static_cast<QKeyEvent&>(*event));
     if (event->type() == QEvent::FocusOut)
         m_monitors.onFocusOut(window);
     return false;
+}
+
+bool X11EventMonitors::takeKey(const QWindow& window, QKeyEvent& key) {
+    const bool isTaken = onKey(window, key);
+    // From here on it goes from control to control, and at none of them is it news.
+    if (key.timestamp() == noTime)
+        key.setTimestamp(timeOfSeen);
+    return isTaken;
 }
 
 bool X11EventMonitors::onKey(const QWindow& window, const QKeyEvent& key) {
@@ -137,10 +172,9 @@ bool X11EventMonitors::onKey(const QWindow& window, const QKeyEvent& key) {
         return false;
     const auto& modifiers = m_keymap.modifiers();
     const auto x11Key = static_cast<xcb_keycode_t>(key.nativeScanCode());
-    if (key.type() == QEvent::KeyRelease)
+    if (key.type() == QEvent::KeyRelease && key.timestamp() != noTime)
         m_repeats.noteRelease(x11Key, key.timestamp());
-    const bool isRepeat =
-        key.type() == QEvent::KeyPress && (m_repeats.isRepeat(x11Key, key.timestamp()) || key.isAutoRepeat());
+    const bool repeats = key.type() == QEvent::KeyPress && isRepeat(key);
     if (modifiers.maskOfKey[x11Key] != 0)
         return onModifierKey(window.winId(), *virtualKey, key);
     if (key.type() != QEvent::KeyPress)
@@ -157,7 +191,14 @@ bool X11EventMonitors::onKey(const QWindow& window, const QKeyEvent& key) {
                  .key = {.keyCode = *virtualKey,
                          .modifierFlags = localEventFlags(state, *virtualKey, modifiers),
                          .charactersIgnoringModifiers = text.value_or(QString{}),
-                         .isRepeat = isRepeat}});
+                         .isRepeat = repeats}});
+}
+
+bool X11EventMonitors::isRepeat(const QKeyEvent& press) {
+    const auto x11Key = static_cast<xcb_keycode_t>(press.nativeScanCode());
+    const bool follows = press.timestamp() == noTime ? m_repeatFilter.isRepeating(x11Key)
+                                                     : m_repeats.isRepeat(x11Key, press.timestamp());
+    return follows || press.isAutoRepeat();
 }
 
 bool X11EventMonitors::onModifierKey(std::uint64_t window, std::uint16_t virtualKey, const QKeyEvent& key) {

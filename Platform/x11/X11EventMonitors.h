@@ -10,6 +10,8 @@
 #include <QAbstractNativeEventFilter>
 #include <QObject>
 
+#include <bitset>
+#include <cstdint>
 #include <optional>
 
 class QKeyEvent;
@@ -39,7 +41,18 @@ private:
     private:
         X11EventMonitors& m_monitors;
     };
-    /// On the application, where it puts the key filter on each window that gets a key.
+    /// Tells of the keys whose events have lost their time on the way whether they repeat.
+    class RepeatFilter final : public QAbstractNativeEventFilter {
+    public:
+        bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+        bool isRepeating(std::uint8_t x11Key) const { return m_repeating.test(x11Key); }
+
+    private:
+        KeyRepeats m_repeats;
+        std::bitset<256> m_repeating;
+    };
+    /// On the application, where it puts the key filter on each window that gets a key. It looks itself only
+    /// at what an input method sends straight to a control, past the window.
     class WindowFilter final : public QObject {
     public:
         explicit WindowFilter(X11EventMonitors& monitors) : m_monitors(monitors) {}
@@ -62,7 +75,10 @@ private:
 
     void onRawButtonPress(std::uint32_t button) const;
     bool isPointerOverOwnWindow() const;
+    /// Called once for each key, before a control gets it; answers whether none is to get it.
+    bool takeKey(const QWindow& window, QKeyEvent& key);
     bool onKey(const QWindow& window, const QKeyEvent& key);
+    bool isRepeat(const QKeyEvent& press);
     bool onModifierKey(std::uint64_t window, std::uint16_t virtualKey, const QKeyEvent& key);
     void onFocusOut(const QWindow& window);
     bool tell(const LocalEvent& event) const;
@@ -74,6 +90,7 @@ private:
     HeldModifiers m_held;
     KeyRepeats m_repeats;
     MouseFilter m_mouseFilter{*this};
+    RepeatFilter m_repeatFilter;
     KeyFilter m_keyFilter{*this};
     WindowFilter m_windowFilter{*this};
     MonitorList<GlobalHandler> m_global;

@@ -1,6 +1,7 @@
 #include "Platform/x11/X11KeyPoster.h"
 
 #include "Platform/Workspace.h"
+#include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/X11Keymap.h"
 
 #include <QLoggingCategory>
@@ -20,6 +21,7 @@ Q_LOGGING_CATEGORY(lcKeyPoster, "kestrova.keyposter")
 
 constexpr MainQueue::Duration betweenAttempts = 10ms;
 constexpr MainQueue::Duration longestWait = 150ms;
+constexpr const char* keyboardIsHeld = "another window holds the keyboard";
 
 /// No other client's request is carried out while it lives.
 class ServerHold {
@@ -65,11 +67,11 @@ void X11KeyPoster::postPaste(const std::optional<RunningApplication>& target) {
 }
 
 void X11KeyPoster::attempt(const std::optional<RunningApplication>& target, MainQueue::Duration waited) {
-    const bool isAwaited = target && !m_workspace.isTerminated(*target);
-    const auto obstacle = send(isAwaited ? &*target : nullptr);
+    const bool isThere = target && !m_workspace.isTerminated(*target);
+    const auto obstacle = send(isThere ? &*target : nullptr);
     if (!obstacle)
         return;
-    if (!isAwaited || waited >= longestWait) {
+    if (waited >= longestWait) {
         qCInfo(lcKeyPoster, "[KeyPoster] Paste dropped: %s", obstacle);
         return;
     }
@@ -88,14 +90,19 @@ X11KeyPoster::Obstacle X11KeyPoster::send(const RunningApplication* target) {
     const auto chord = pasteChordOf(focused->windowClass);
     // What asks other connections comes before the server is held: their answers would not come.
     const auto keys = keysOf(chord);
-    if (chord == PasteChord::ShiftInsert && !m_ownPrimarySelection())
-        return "the primary selection is another program's";
+    if (chord == PasteChord::ShiftInsert) {
+        // Nothing selected elsewhere is lost for keys that cannot be sent.
+        if (m_parts->injection.isKeyboardHeld())
+            return keyboardIsHeld;
+        if (!m_ownPrimarySelection())
+            return "the primary selection is another program's";
+    }
 
     const ServerHold hold{m_connection.get()};
     if (m_parts->focus.focusedWindow() != focused)
         return "the focus is moving";
     if (m_parts->injection.isKeyboardHeld())
-        return "another window holds the keyboard";
+        return keyboardIsHeld;
     m_parts->injection.pressChord(keys);
     return nullptr;
 }

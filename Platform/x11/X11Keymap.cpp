@@ -1,6 +1,7 @@
 #include "Platform/x11/X11Keymap.h"
 
 #include "Platform/x11/KeymapText.h"
+#include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/XcbReply.h"
 #include "Platform/x11/XcbXkb.h"
 
@@ -24,10 +25,9 @@ void X11Keymap::Unref::operator()(xkb_keymap* keymap) const {
 }
 
 X11Keymap::X11Keymap() {
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    m_connection = toolkitConnection();
+    if (!m_connection)
         return;
-    m_connection = x11->connection();
     // The toolkit has asked for this extension's events already.
     if (const auto* const extension = xcb_get_extension_data(m_connection, &xcb_xkb_id);
         extension && extension->present)

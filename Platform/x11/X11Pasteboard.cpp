@@ -1,10 +1,12 @@
 #include "Platform/x11/X11Pasteboard.h"
 
+#include "Platform/x11/Atoms.h"
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/FrontmostApplication.h"
 #include "Platform/x11/OwnEntry.h"
 #include "Platform/x11/PasteboardLog.h"
 #include "Platform/x11/PictureDecoding.h"
+#include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/XcbReply.h"
 
 #include <QClipboard>
@@ -24,11 +26,6 @@ using namespace std::chrono_literals;
 constexpr int mostAttempts = 10;
 constexpr MainQueue::Duration betweenAttempts = 5ms;
 
-xcb_connection_t* toolkitConnection() {
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 ? x11->connection() : nullptr;
-}
-
 /// As the server says, not as the toolkit believes.
 bool isOwnSelection(QClipboard::Mode mode) {
     auto* const connection = toolkitConnection();
@@ -37,13 +34,9 @@ bool isOwnSelection(QClipboard::Mode mode) {
         return mode == QClipboard::Selection ? clipboard.ownsSelection() : clipboard.ownsClipboard();
     }
     const QByteArrayView name = mode == QClipboard::Selection ? "PRIMARY" : "CLIPBOARD";
-    const XcbReply<xcb_intern_atom_reply_t> atom{xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr)};
-    if (!atom)
-        return false;
+    const auto selection = atomNamed(connection, name);
     const XcbReply<xcb_get_selection_owner_reply_t> reply{
-        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr)};
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, selection), nullptr)};
     const auto* const setup = xcb_get_setup(connection);
     return reply && (reply->owner & ~setup->resource_id_mask) == setup->resource_id_base;
 }

@@ -1,5 +1,7 @@
 #include "Platform/x11/X11Screens.h"
 
+#include "Platform/x11/ToolkitConnection.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -27,8 +29,8 @@ NativeDisplay nativeDisplay(const QScreen& screen) {
 } // namespace
 
 X11Screens::X11Screens() {
-    if (const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
-        m_windows.emplace(x11->connection());
+    if (auto* const connection = toolkitConnection())
+        m_windows.emplace(connection);
 }
 
 ScreenGeometry X11Screens::geometry() {

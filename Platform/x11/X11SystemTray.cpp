@@ -1,40 +1,28 @@
 #include "Platform/x11/X11SystemTray.h"
 
+#include "Platform/x11/Atoms.h"
+#include "Platform/x11/Display.h"
+#include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/XcbReply.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
-#include <QGuiApplication>
+#include <QTimer>
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
+#include <algorithm>
 
 namespace kestrova {
 namespace {
 
 const QString notifierWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
-// A watcher that has no host yet is one of a session that is just starting.
-constexpr std::chrono::milliseconds betweenQuestions{1000};
-
-xcb_atom_t atom(xcb_connection_t* connection, QByteArrayView name) {
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const XcbReply<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(connection, cookie, nullptr)};
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
-
-QByteArray traySelection() {
-    char* host = nullptr;
-    int display = 0;
-    int screen = 0;
-    xcb_parse_display(nullptr, &host, &display, &screen);
-    std::free(host);
-    return "_NET_SYSTEM_TRAY_S" + QByteArray::number(screen);
-}
+const QString notifierPath = QStringLiteral("/StatusNotifierWatcher");
 
 } // namespace
 
@@ -50,12 +38,11 @@ void X11SystemTray::await() {
 }
 
 void X11SystemTray::awaitManager() {
-    const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!application)
+    m_connection = toolkitConnection();
+    if (!m_connection)
         return;
-    m_connection = application->connection();
-    m_managerAtom = atom(m_connection, "MANAGER");
-    m_traySelectionAtom = atom(m_connection, traySelection());
+    m_managerAtom = atomNamed(m_connection, "MANAGER");
+    m_traySelectionAtom = atomNamed(m_connection, "_NET_SYSTEM_TRAY_S" + QByteArray::number(screenNumber()));
     // Before the question, so that no manager comes between the two.
     QCoreApplication::instance()->installNativeEventFilter(this);
     const auto cookie = xcb_get_selection_owner(m_connection, m_traySelectionAtom);
@@ -77,38 +64,59 @@ bool X11SystemTray::nativeEventFilter(const QByteArray&, void* message, qintptr*
 }
 
 void X11SystemTray::awaitNotifierHost() {
-    if (!QDBusConnection::sessionBus().isConnected())
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
         return;
-    auto* const watcher = new QDBusServiceWatcher(notifierWatcher, QDBusConnection::sessionBus(),
-                                                  QDBusServiceWatcher::WatchForRegistration, &m_bus);
-    QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, &m_bus,
-                     [this] { askForNotifierHost(); });
+    auto* const watcher =
+        new QDBusServiceWatcher(notifierWatcher, bus, QDBusServiceWatcher::WatchForRegistration, &m_bus);
+    QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, &m_bus, [this] {
+        m_pause = firstPause;
+        askForNotifierHost();
+    });
+    // The bus calls a slot by its name; the timer has one that fits. Whoever sends this, the watcher is
+    // asked.
+    auto* const registered = new QTimer(&m_bus);
+    registered->setSingleShot(true);
+    QObject::connect(registered, &QTimer::timeout, &m_bus, [this] { askForNotifierHost(); });
+    bus.connect(QString(), notifierPath, notifierWatcher, QStringLiteral("StatusNotifierHostRegistered"),
+                registered, SLOT(start()));
+    // After that, so that no host comes between the two.
     askForNotifierHost();
 }
 
 void X11SystemTray::askForNotifierHost() {
     if (m_announcement)
         return;
-    auto question = QDBusMessage::createMethodCall(notifierWatcher, QStringLiteral("/StatusNotifierWatcher"),
+    m_nextQuestion.cancel();
+    auto question = QDBusMessage::createMethodCall(notifierWatcher, notifierPath,
                                                    QStringLiteral("org.freedesktop.DBus.Properties"),
                                                    QStringLiteral("Get"));
     question.setAutoStartService(false);
     question.setArguments({notifierWatcher, QStringLiteral("IsStatusNotifierHostRegistered")});
     auto* const answer =
         new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), &m_bus);
-    QObject::connect(
-        answer, &QDBusPendingCallWatcher::finished, &m_bus, [this](QDBusPendingCallWatcher* call) {
-            call->deleteLater();
-            const QDBusPendingReply<QDBusVariant> reply = *call;
-            // Nobody there: whoever comes is told of by the bus.
-            if (reply.isError())
-                return;
-            if (reply.value().variant().toBool())
-                appear();
-            else
-                m_nextQuestion =
-                    m_mainQueue.afterUnlessCancelled(betweenQuestions, [this] { askForNotifierHost(); });
-        });
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, &m_bus,
+                     [this](QDBusPendingCallWatcher* call) {
+                         call->deleteLater();
+                         onAnswer(*call);
+                     });
+}
+
+void X11SystemTray::onAnswer(const QDBusPendingCallWatcher& call) {
+    const QDBusPendingReply<QDBusVariant> answer = call;
+    if (!answer.isError()) {
+        // A host that comes later is told of.
+        if (answer.value().variant().toBool())
+            appear();
+        return;
+    }
+    const auto error = answer.error();
+    // Nobody there: whoever comes is told of by the bus.
+    if (error.type() == QDBusError::ServiceUnknown ||
+        error.name() == QLatin1StringView("org.freedesktop.DBus.Error.NameHasNoOwner"))
+        return;
+    m_nextQuestion = m_mainQueue.afterUnlessCancelled(m_pause, [this] { askForNotifierHost(); });
+    m_pause = std::min(2 * m_pause, longestPause);
 }
 
 void X11SystemTray::appear() {

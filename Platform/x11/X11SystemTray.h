@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-class QDBusServiceWatcher;
+class QDBusPendingCallWatcher;
 struct xcb_connection_t;
 
 namespace kestrova {
@@ -29,10 +29,15 @@ public:
     void await() override;
 
 private:
+    // A watcher that does not answer may still be starting; one that never does is asked once a minute.
+    static constexpr MainQueue::Duration firstPause{1000};
+    static constexpr MainQueue::Duration longestPause{60000};
+
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
     void awaitManager();
     void awaitNotifierHost();
     void askForNotifierHost();
+    void onAnswer(const QDBusPendingCallWatcher& call);
     void appear();
 
     MainQueue& m_mainQueue;
@@ -41,6 +46,8 @@ private:
     std::uint32_t m_traySelectionAtom = 0;
     // The context of what is asked for on the bus: answers that come later are dropped.
     QObject m_bus;
+    // Until a question that was not answered is asked again.
+    MainQueue::Duration m_pause = firstPause;
     ScheduledBlock m_nextQuestion;
     ScheduledBlock m_announcement;
 };

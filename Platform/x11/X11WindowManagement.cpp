@@ -1,13 +1,14 @@
 #include "Platform/x11/X11WindowManagement.h"
 
+#include "Platform/x11/Atoms.h"
+#include "Platform/x11/Display.h"
+#include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/XcbReply.h"
 
 #include <QByteArray>
-#include <QGuiApplication>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <utility>
 
 namespace kestrova {
@@ -16,20 +17,6 @@ namespace {
 constexpr std::uint32_t addState = 1;
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 constexpr std::uint32_t fromApplication = 1;
-
-xcb_connection_t* toolkitConnection() {
-    const auto* const x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
-
-int defaultScreen() {
-    char* host = nullptr;
-    int display = 0;
-    int screen = 0;
-    const bool isParsed = xcb_parse_display(nullptr, &host, &display, &screen) != 0;
-    std::free(host);
-    return isParsed ? screen : 0;
-}
 
 xcb_window_t rootOf(xcb_connection_t* connection, int screen) {
     const auto* const setup = xcb_get_setup(connection);
@@ -46,7 +33,7 @@ xcb_window_t rootOf(xcb_connection_t* connection, int screen) {
 X11WindowManagement::X11WindowManagement() : m_connection(toolkitConnection()) {
     if (!m_connection)
         return;
-    const int screen = defaultScreen();
+    const int screen = screenNumber();
     m_root = rootOf(m_connection, screen);
     const std::array<std::pair<QByteArray, xcb_atom_t*>, 7> wanted{{
         {"_NET_WM_CM_S" + QByteArray::number(screen), &m_compositorSelection},
@@ -58,16 +45,10 @@ X11WindowManagement::X11WindowManagement() : m_connection(toolkitConnection()) {
         {"_NET_WM_DESKTOP", &m_desktop},
     }};
     std::array<xcb_intern_atom_cookie_t, wanted.size()> cookies{};
-    std::ranges::transform(wanted, cookies.begin(), [this](const auto& entry) {
-        const auto& name = entry.first;
-        return xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.constData());
-    });
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-        const XcbReply<xcb_intern_atom_reply_t> reply{
-            xcb_intern_atom_reply(m_connection, cookies[i], nullptr)};
-        if (reply)
-            *wanted[i].second = reply->atom;
-    }
+    std::ranges::transform(wanted, cookies.begin(),
+                           [this](const auto& entry) { return askForAtom(m_connection, entry.first); });
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+        *wanted[i].second = atomOf(m_connection, cookies[i]);
 }
 
 bool X11WindowManagement::isCompositing() const {

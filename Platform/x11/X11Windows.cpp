@@ -1,5 +1,7 @@
 #include "Platform/x11/X11Windows.h"
 
+#include "Platform/RunningApplication.h"
+#include "Platform/x11/Atoms.h"
 #include "Platform/x11/XcbReply.h"
 
 #include <QFile>
@@ -14,15 +16,6 @@ namespace kestrova {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-xcb_intern_atom_cookie_t internAtom(xcb_connection_t* connection, QByteArrayView name) {
-    return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-}
-
-xcb_atom_t atomOf(xcb_connection_t* connection, xcb_intern_atom_cookie_t cookie) {
-    const XcbReply<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(connection, cookie, nullptr)};
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
 
 std::uint32_t firstNumber(const xcb_get_property_reply_t* reply) {
     std::uint32_t number = 0;
@@ -39,16 +32,18 @@ QByteArray processFile(std::int64_t processIdentifier, QLatin1StringView name) {
 } // namespace
 
 X11Windows::X11Windows(xcb_connection_t* connection) : m_connection(connection) {
-    const auto active = internAtom(connection, "_NET_ACTIVE_WINDOW");
-    const auto process = internAtom(connection, "_NET_WM_PID");
-    const auto clientList = internAtom(connection, "_NET_CLIENT_LIST");
-    const auto supported = internAtom(connection, "_NET_SUPPORTED");
-    const auto name = internAtom(connection, "_NET_WM_NAME");
-    const auto utf8 = internAtom(connection, "UTF8_STRING");
+    const auto active = askForAtom(connection, "_NET_ACTIVE_WINDOW");
+    const auto process = askForAtom(connection, "_NET_WM_PID");
+    const auto clientList = askForAtom(connection, "_NET_CLIENT_LIST");
+    const auto supported = askForAtom(connection, "_NET_SUPPORTED");
+    const auto check = askForAtom(connection, "_NET_SUPPORTING_WM_CHECK");
+    const auto name = askForAtom(connection, "_NET_WM_NAME");
+    const auto utf8 = askForAtom(connection, "UTF8_STRING");
     m_activeWindowAtom = atomOf(connection, active);
     m_processAtom = atomOf(connection, process);
     m_clientListAtom = atomOf(connection, clientList);
     m_supportedAtom = atomOf(connection, supported);
+    m_checkAtom = atomOf(connection, check);
     m_nameAtom = atomOf(connection, name);
     m_utf8Atom = atomOf(connection, utf8);
     // The first screen: a desktop with several unjoined X screens has no window in front that is common to
@@ -83,8 +78,8 @@ std::optional<WindowFacts> X11Windows::facts(xcb_window_t window) const {
     return facts;
 }
 
-std::vector<std::uint32_t> X11Windows::numbers(xcb_window_t window, xcb_atom_t property,
-                                               xcb_atom_t type) const {
+std::optional<std::vector<std::uint32_t>> X11Windows::numbers(xcb_window_t window, xcb_atom_t property,
+                                                              xcb_atom_t type) const {
     constexpr std::uint32_t most = 65536;
     const auto cookie = xcb_get_property(m_connection, 0, window, property, type, 0, most);
     const XcbReply<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection, cookie, nullptr)};
@@ -96,8 +91,21 @@ std::vector<std::uint32_t> X11Windows::numbers(xcb_window_t window, xcb_atom_t p
     return numbers;
 }
 
-std::vector<xcb_window_t> X11Windows::clientList() const {
-    return numbers(m_root, m_clientListAtom, XCB_ATOM_WINDOW);
+xcb_window_t X11Windows::windowOf(const RunningApplication& application) const {
+    const auto shown = numbers(m_root, m_clientListAtom, XCB_ATOM_WINDOW);
+    // The server gives the number of a window that has gone to another one.
+    const auto isOfApplication = [&](xcb_window_t window) {
+        const auto found = facts(window);
+        return found && found->processIdentifier == application.processIdentifier;
+    };
+    const bool mayBeShown = !shown || std::ranges::find(*shown, application.window) != shown->end();
+    if (application.window != XCB_NONE && mayBeShown && isOfApplication(application.window))
+        return application.window;
+    if (!shown || application.processIdentifier == 0)
+        return XCB_NONE;
+    // In the order in which they came.
+    const auto newest = std::ranges::find_if(shown->rbegin(), shown->rend(), isOfApplication);
+    return newest == shown->rend() ? XCB_NONE : *newest;
 }
 
 QString X11Windows::title(xcb_window_t window) const {
@@ -133,7 +141,16 @@ std::optional<QRect> X11Windows::rectangle(xcb_window_t window) const {
 bool X11Windows::isActivationSupported() const {
     // Asked each time: window managers are replaced while programs run.
     const auto supported = numbers(m_root, m_supportedAtom, XCB_ATOM_ATOM);
-    return std::ranges::find(supported, m_activeWindowAtom) != supported.end();
+    if (!supported || std::ranges::find(*supported, m_activeWindowAtom) == supported->end())
+        return false;
+    // One that has crashed leaves its properties behind, but not its window, which names itself.
+    const auto named = [this](xcb_window_t window) {
+        const auto cookie = xcb_get_property(m_connection, 0, window, m_checkAtom, XCB_ATOM_WINDOW, 0, 1);
+        const XcbReply<xcb_get_property_reply_t> reply{xcb_get_property_reply(m_connection, cookie, nullptr)};
+        return xcb_window_t{firstNumber(reply.get())};
+    };
+    const auto windowManager = named(m_root);
+    return windowManager != XCB_NONE && named(windowManager) == windowManager;
 }
 
 void X11Windows::bringToFront(xcb_window_t window) const {

@@ -14,6 +14,8 @@
 
 namespace kestrova {
 
+struct RunningApplication;
+
 /// What a window tells about the application that shows it.
 struct WindowFacts {
     /// 0 where the window does not tell.
@@ -34,20 +36,25 @@ public:
     xcb_window_t activeWindow() const;
     /// Absent if the window has gone.
     std::optional<WindowFacts> facts(xcb_window_t window) const;
-    /// The windows that the window manager shows, in the order in which they came.
-    std::vector<xcb_window_t> clientList() const;
+    /// The application's window: the remembered one if it is still there, the application's and shown by the
+    /// window manager; else the newest of its process that is shown; XCB_NONE if there is none. Where no
+    /// window manager lists what it shows, the remembered one need not be listed.
+    xcb_window_t windowOf(const RunningApplication& application) const;
     /// As the window manager shows it; empty if there is none.
     QString title(xcb_window_t window) const;
     /// Without its decoration, in pixels of the whole desktop, y downwards; absent if the window has gone.
     std::optional<QRect> rectangle(xcb_window_t window) const;
 
     /// Asks the window manager to bring the window to the front and to give it the keyboard, minimised ones
-    /// too. Does it itself where no window manager does that. Does not wait; a window that has gone is left
-    /// out.
+    /// too. Does it itself where none is there that says it can, be it that one has crashed. Waits for the X
+    /// server but not for the window to come; a window that has gone is left out.
     void bringToFront(xcb_window_t window) const;
 
 private:
-    std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type) const;
+    /// Absent if the window has no such property.
+    std::optional<std::vector<std::uint32_t>> numbers(xcb_window_t window, xcb_atom_t property,
+                                                      xcb_atom_t type) const;
+    /// Whether a window manager is there now and brings windows to the front.
     bool isActivationSupported() const;
 
     xcb_connection_t* m_connection;
@@ -56,6 +63,7 @@ private:
     xcb_atom_t m_processAtom = XCB_NONE;
     xcb_atom_t m_clientListAtom = XCB_NONE;
     xcb_atom_t m_supportedAtom = XCB_NONE;
+    xcb_atom_t m_checkAtom = XCB_NONE;
     xcb_atom_t m_nameAtom = XCB_NONE;
     xcb_atom_t m_utf8Atom = XCB_NONE;
 };

@@ -1,13 +1,13 @@
 #include "Platform/x11/X11Workspace.h"
 
 #include "Platform/x11/FrontmostApplication.h"
+#include "Platform/x11/ToolkitConnection.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QLoggingCategory>
 
-#include <algorithm>
+#include <utility>
 
 namespace kestrova {
 
@@ -15,28 +15,12 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcWorkspace, "kestrova.workspace")
 
-/// The application's remembered window, else its newest one; XCB_NONE if it has none.
-xcb_window_t windowToActivate(const X11Windows& windows, const RunningApplication& application) {
-    // The server gives the number of a window that has gone to another one.
-    const auto isOfApplication = [&](xcb_window_t window) {
-        const auto facts = windows.facts(window);
-        return facts && facts->processIdentifier == application.processIdentifier;
-    };
-    if (application.window != XCB_NONE && isOfApplication(application.window))
-        return application.window;
-    if (application.processIdentifier == 0)
-        return XCB_NONE;
-    const auto clients = windows.clientList();
-    const auto newest = std::ranges::find_if(clients.rbegin(), clients.rend(), isOfApplication);
-    return newest == clients.rend() ? XCB_NONE : *newest;
-}
-
 } // namespace
 
 X11Workspace::X11Workspace(DesktopEntries& entries, QString bundleIdentifier)
     : m_entries(entries), m_bundleIdentifier(std::move(bundleIdentifier)) {
-    if (const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
-        m_windows.emplace(x11->connection());
+    if (auto* const connection = toolkitConnection())
+        m_windows.emplace(connection);
     else
         qCWarning(lcWorkspace, "[Workspace] No X11 display: no application is known to be in front");
 }
@@ -65,7 +49,7 @@ bool X11Workspace::isTerminated(const RunningApplication& application) const {
 void X11Workspace::activate(const RunningApplication& application) {
     if (!m_windows || isTerminated(application))
         return;
-    if (const auto window = windowToActivate(*m_windows, application); window != XCB_NONE)
+    if (const auto window = m_windows->windowOf(application); window != XCB_NONE)
         m_windows->bringToFront(window);
 }
 

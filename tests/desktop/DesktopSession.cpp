@@ -33,13 +33,17 @@ QByteArray firstLine(Process& process, const char* what) {
 } // namespace
 
 // The template is short because a socket's path may have 107 bytes at most.
-DesktopSession::DesktopSession(Bus bus) : m_folder(QDir::tempPath() + u"/kt-XXXXXX"_s) {
+DesktopSession::DesktopSession(Bus bus, Accessibility accessibility)
+    : m_folder(QDir::tempPath() + u"/kt-XXXXXX"_s) {
     if (!m_folder.isValid())
         throw std::runtime_error("no temporary folder: " + m_folder.errorString().toStdString());
     makeFolders();
+    setAccessibility(accessibility);
     startDisplay();
     if (bus == Bus::Own)
         startBus();
+    if (accessibility == Accessibility::On)
+        startAccessibilityBus();
     startWindowManager();
 }
 
@@ -85,10 +89,25 @@ void DesktopSession::makeFolders() {
     m_environment.insert(u"PATH"_s, u"/usr/local/bin:/usr/bin:/bin"_s);
     m_environment.insert(u"LANG"_s, u"C.UTF-8"_s);
     m_environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
-    // Toolkits would start an accessibility bus and settings services that no test here looks at.
-    m_environment.insert(u"NO_AT_BRIDGE"_s, u"1"_s);
+    // Toolkits would start settings services that no test here looks at.
     m_environment.insert(u"GSETTINGS_BACKEND"_s, u"memory"_s);
     m_environment.insert(u"GIO_USE_VFS"_s, u"local"_s);
+}
+
+void DesktopSession::setAccessibility(Accessibility accessibility) {
+    // Toolkits would start an accessibility bus; most tests do not look at it.
+    if (accessibility == Accessibility::Off)
+        m_environment.insert(u"NO_AT_BRIDGE"_s, u"1"_s);
+    else
+        m_environment.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
+}
+
+void DesktopSession::startAccessibilityBus() {
+    const ProcessResult asked =
+        run(u"dbus-send"_s, {u"--session"_s, u"--print-reply"_s, u"--dest=org.a11y.Bus"_s, u"/org/a11y/bus"_s,
+                             u"org.a11y.Bus.GetAddress"_s});
+    if (asked.exitStatus != 0)
+        throw std::runtime_error("no accessibility bus: " + asked.standardError.toStdString());
 }
 
 void DesktopSession::startDisplay() {

@@ -15,8 +15,10 @@ namespace kestrova::test {
 class DesktopSession {
 public:
     enum class Bus { Own, None };
+    /// Whether toolkits offer their elements to other programs; that wants a bus.
+    enum class Accessibility { Off, On };
 
-    explicit DesktopSession(Bus bus = Bus::Own);
+    explicit DesktopSession(Bus bus = Bus::Own, Accessibility accessibility = Accessibility::Off);
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
     ~DesktopSession();
@@ -45,6 +47,8 @@ public:
 private:
     QByteArray marker() const;
     void makeFolders();
+    void setAccessibility(Accessibility accessibility);
+    void startAccessibilityBus();
     void startDisplay();
     void startBus();
     void startWindowManager();

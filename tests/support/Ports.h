@@ -6,8 +6,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <variant>
-#include <vector>
 
 namespace kestrova {
 
@@ -21,14 +19,11 @@ class FakeWorkspace final : public Workspace {
 public:
     std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
     QIcon icon(const RunningApplication&) const override { return {}; }
-    bool isTerminated(const RunningApplication&) const override { return terminated; }
-    void activate(const RunningApplication& application) override { activations.push_back(application); }
-    void activateOwnWindow(std::uint64_t window) override { activations.push_back(window); }
+    bool isTerminated(const RunningApplication&) const override { return false; }
+    void activate(const RunningApplication&) override {}
+    void activateOwnWindow(std::uint64_t) override {}
 
     std::optional<RunningApplication> frontmost;
-    bool terminated = false;
-    /// Applications and own windows, in the order in which they were asked to come to the front.
-    std::vector<std::variant<RunningApplication, std::uint64_t>> activations;
 };
 
 /// Takes commands straight from a test.

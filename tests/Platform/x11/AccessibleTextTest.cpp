@@ -57,6 +57,10 @@ TEST(FocusMemoryTest, TheApplicationThatHadTheFocusLongestAgoIsForgotten) {
 TEST(WindowTitleTest, AWindowIsKnownByItsNameWithOrWithoutTheProgramsName) {
     EXPECT_TRUE(isWindowTitle(u"notes", u"notes"));
     EXPECT_TRUE(isWindowTitle(u"notes — Editor", u"notes"));
+    EXPECT_TRUE(isWindowTitle(u"notes - Editor", u"notes"));
+    EXPECT_FALSE(isWindowTitle(u"notes 2 — Editor", u"notes"));
+    EXPECT_FALSE(isWindowTitle(u"notes2", u"notes"));
+    EXPECT_FALSE(isWindowTitle(u"notes ", u"notes"));
     EXPECT_FALSE(isWindowTitle(u"other", u"notes"));
     EXPECT_FALSE(isWindowTitle(u"notes", u""));
 }

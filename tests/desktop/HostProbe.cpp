@@ -1,0 +1,214 @@
+/// A program that does what a test asks of the host's adapters: `host_probe FIFO`. Each line of the FIFO is a
+/// command, each line put out an answer:
+///   trusted             -> 1 or 0
+///   insert WINDOW HEX   -> 1 or 0, milliseconds, the longest time that the main thread did not turn
+///   front               -> nothing; a window of this program takes the keyboard
+///   activate WINDOW     -> nothing
+///   again WINDOW        -> nothing; activates the application as it was when it was last activated by that
+///                          window
+///   terminated WINDOW   -> 1 or 0 for the application that had the window when it was last activated
+///   active              -> the window in front
+///   screens             -> x y width height scale of each, in global points
+///   tray                -> awaits; from now on a tray is waited for
+///   appeared            -> 1 or 0, for whether it is there
+///   notifiers STATE     -> watches; as the desktop's service, see BusServices
+///   refuse-accessibility -> refuses; likewise
+///   mouse               -> x y
+///   place X Y W H       -> nothing; the program's window is put there, in global points
+#include "Platform/x11/AtspiAccessibility.h"
+#include "Platform/x11/DesktopEntries.h"
+#include "Platform/x11/FrontmostApplication.h"
+#include "Platform/x11/QtMainQueue.h"
+#include "Platform/x11/ToolkitConnection.h"
+#include "Platform/x11/X11Screens.h"
+#include "Platform/x11/X11SystemTray.h"
+#include "Platform/x11/X11Workspace.h"
+#include "tests/desktop/BusServices.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QRasterWindow>
+#include <QScreen>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <map>
+#include <optional>
+#include <unistd.h>
+
+namespace kestrova::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString ownIdentifier = u"org.example.HostProbe"_s;
+
+void answer(const QString& line) {
+    std::puts(qPrintable(line));
+    std::fflush(stdout);
+}
+
+class HostProbe {
+public:
+    HostProbe() {
+        const auto beat = std::chrono::milliseconds(1);
+        m_heart.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&m_heart, &QTimer::timeout, &m_heart,
+                         [this] { m_longestGap = std::max(m_longestGap, m_sinceBeat.restart()); });
+        m_window.setTitle(u"Host probe"_s);
+        m_sinceBeat.start();
+        m_heart.start(beat);
+    }
+
+    void obey(const QStringList& words) {
+        const auto command = words.value(0);
+        const auto window = words.value(1).toUInt(nullptr, 0);
+        if (command == "trusted"_L1)
+            answer(QString::number(m_accessibility.isTrusted()));
+        else if (command == "insert"_L1)
+            insert(application(window), QString::fromUtf8(QByteArray::fromHex(words.value(2).toLatin1())));
+        else if (command == "front"_L1)
+            front();
+        else if (command == "activate"_L1)
+            m_workspace.activate(m_activated[window] = application(window));
+        else if (command == "again"_L1)
+            m_workspace.activate(m_activated[window]);
+        else if (command == "terminated"_L1)
+            answer(QString::number(m_workspace.isTerminated(m_activated[window])));
+        else if (command == "active"_L1)
+            answer(QString::number(m_windows.activeWindow()));
+        else if (command == "screens"_L1)
+            screens();
+        else if (command == "tray"_L1)
+            awaitTray();
+        else if (command == "appeared"_L1)
+            answer(QString::number(m_trayAppeared));
+        else if (command == "notifiers"_L1)
+            watchNotifiers(words.value(1));
+        else if (command == "refuse-accessibility"_L1)
+            refuseAccessibility();
+        else if (command == "mouse"_L1)
+            answer(u"%1 %2"_s.arg(m_screens.mouseLocation().x()).arg(m_screens.mouseLocation().y()));
+        else if (command == "place"_L1)
+            place({words.value(1).toDouble(), words.value(2).toDouble(), words.value(3).toDouble(),
+                   words.value(4).toDouble()});
+        else
+            answer(u"unknown command"_s);
+    }
+
+private:
+    RunningApplication application(std::uint32_t window) {
+        return applicationOfWindow(m_windows, window, m_entries, ownIdentifier)
+            .value_or(RunningApplication{});
+    }
+
+    QCoro::Task<> insert(RunningApplication into, QString text) {
+        QElapsedTimer timer;
+        timer.start();
+        m_longestGap = 0;
+        m_sinceBeat.start();
+        const bool isDone = co_await m_accessibility.setSelectedText(into, text);
+        answer(u"%1 %2 %3"_s.arg(isDone)
+                   .arg(timer.elapsed())
+                   .arg(std::max(m_longestGap, m_sinceBeat.elapsed())));
+    }
+
+    BusServices& services() {
+        if (!m_services)
+            m_services.emplace();
+        return *m_services;
+    }
+
+    void awaitTray() {
+        m_tray.onDidAppear = [this] { m_trayAppeared = true; };
+        m_tray.await();
+        answer(u"awaits"_s);
+    }
+
+    void watchNotifiers(const QString& state) {
+        services().watchNotifiers(state);
+        answer(u"watches"_s);
+    }
+
+    void refuseAccessibility() {
+        services().refuseAccessibilityOnce();
+        answer(u"refuses"_s);
+    }
+
+    void front() {
+        m_window.show();
+        m_workspace.activateOwnWindow(m_window.winId());
+    }
+
+    void screens() const {
+        QStringList all;
+        for (const auto& screen : m_screens.screens())
+            all.append(u"%1 %2 %3 %4 %5"_s.arg(screen.frame.x)
+                           .arg(screen.frame.y)
+                           .arg(screen.frame.width)
+                           .arg(screen.frame.height)
+                           .arg(screen.scale));
+        const auto main = m_screens.mainScreen();
+        answer(all.join(u" | ") + u" main %1"_s.arg(main ? main->frame.x : -1));
+    }
+
+    void place(const ScreenRect& rect) {
+        const auto where = X11Screens::geometry().windowPlace(rect);
+        m_window.setFlag(Qt::BypassWindowManagerHint);
+        m_window.setScreen(X11Screens::toolkitScreen(where->screen));
+        m_window.setGeometry(where->geometry);
+        m_window.show();
+        answer(u"%1"_s.arg(m_window.winId()));
+    }
+
+    QtMainQueue m_mainQueue;
+    DesktopEntries m_entries;
+    X11Workspace m_workspace{m_entries, ownIdentifier};
+    X11Screens m_screens;
+    X11SystemTray m_tray{m_mainQueue};
+    bool m_trayAppeared = false;
+    // Where there is no bus, nothing may look for one.
+    std::optional<BusServices> m_services;
+    AtspiAccessibility m_accessibility{m_mainQueue};
+    X11Windows m_windows{toolkitConnection()};
+    std::map<std::uint32_t, RunningApplication> m_activated;
+    QRasterWindow m_window;
+    QTimer m_heart;
+    QElapsedTimer m_sinceBeat;
+    qint64 m_longestGap = 0;
+};
+
+} // namespace
+} // namespace kestrova::test
+
+int main(int argc, char** argv) {
+    using namespace Qt::StringLiterals;
+
+    const QGuiApplication application(argc, argv);
+    kestrova::test::HostProbe probe;
+    // Open for writing too, so that the end of one writer is not the end of the pipe.
+    const int commands = ::open(argc > 1 ? argv[1] : "", O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (commands < 0)
+        qFatal("usage: host_probe FIFO");
+    QByteArray received;
+    QSocketNotifier notifier(commands, QSocketNotifier::Read);
+    QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [&] {
+        QByteArray part(65536, Qt::Uninitialized);
+        const auto size = ::read(commands, part.data(), static_cast<std::size_t>(part.size()));
+        if (size <= 0)
+            return;
+        received.append(part.first(size));
+        for (auto end = received.indexOf('\n'); end >= 0; end = received.indexOf('\n')) {
+            const auto line = QString::fromUtf8(received.first(end));
+            received.remove(0, end + 1);
+            if (line == "quit"_L1)
+                return QGuiApplication::quit();
+            probe.obey(line.split(u' '));
+        }
+    });
+    kestrova::test::answer(u"ready"_s);
+    return QGuiApplication::exec();
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "tests/desktop/XConnection.h"
+
+#include <QPoint>
+
+namespace kestrova::test {
+
+/// A person at the mouse: the server takes its clicks for real ones. Places are pixels of the display.
+class Mouse {
+public:
+    enum class Button : std::uint8_t { Left = 1, Middle = 2, Right = 3, WheelUp = 4, WheelDown = 5 };
+
+    explicit Mouse(const QByteArray& display) : m_x(display) {}
+
+    void moveTo(QPoint place);
+    /// Moves there, presses and lets go.
+    void click(QPoint place, Button button = Button::Left);
+
+private:
+    XConnection m_x;
+};
+
+} // namespace kestrova::test
