@@ -15,6 +15,9 @@ void measureIdle(Desktop& desktop) {
     constexpr double perMinute = std::chrono::minutes{1} / idle;
     const RunningProgram program(desktop, desktop.textsAndPictures());
     const RunningProgram bare(desktop, ClipboardMonitor::pollInterval);
+    // What a start puts off until after the first answer, such as the first drawing of the panel, is done once.
+    constexpr std::chrono::seconds restOfTheStart{3};
+    std::this_thread::sleep_for(restOfTheStart);
     const double programBefore = processorMillisecondsOf(program.pid());
     const double bareBefore = processorMillisecondsOf(bare.pid());
     // Not a wait for something: the time itself is what is measured.
@@ -25,7 +28,7 @@ void measureIdle(Desktop& desktop) {
            .floor = (processorMillisecondsOf(bare.pid()) - bareBefore) * perMinute,
            .floorName = "a bare Qt Widgets program with the same timer, at the same time",
            .budget = 20,
-           .remark = "over 20 s, beginning with the first answer"});
+           .remark = "over 20 s, beginning 3 s after the first answer"});
 }
 
 } // namespace kestrova::bench
