@@ -116,17 +116,7 @@ bool DesktopWindows::isKeyboardHeld() const {
 }
 
 void DesktopWindows::requestActivation(xcb_window_t window) {
-    constexpr std::uint32_t kTaskBar = 2;
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = m_x.atom("_NET_ACTIVE_WINDOW");
-    message.data.data32[0] = kTaskBar;
-    xcb_send_event(m_x.get(), 0, m_x.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&message));
-    xcb_flush(m_x.get());
+    m_x.requestActivation(window);
 }
 
 bool DesktopWindows::activate(xcb_window_t window) {

@@ -69,6 +69,20 @@ xcb_window_t XConnection::windowProperty(xcb_window_t window, const char* proper
     return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
 }
 
+void XConnection::requestActivation(xcb_window_t window) const {
+    constexpr std::uint32_t kTaskBar = 2;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = kTaskBar;
+    xcb_send_event(m_connection, 0, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(m_connection);
+}
+
 bool XConnection::hasWindowManager() const {
     const xcb_window_t check = windowProperty(m_root, "_NET_SUPPORTING_WM_CHECK");
     return check != XCB_WINDOW_NONE && windowProperty(check, "_NET_SUPPORTING_WM_CHECK") == check;
