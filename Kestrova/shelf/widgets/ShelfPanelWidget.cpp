@@ -99,10 +99,13 @@ void ShelfPanelWidget::setContent(ShelfPanelView& view) {
     view.onRender = [this] { render(); };
     m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(preparationDelay, [this] {
         prepare();
-        // A drawing that nobody sees loads the fonts and symbols that the first showing needs.
-        QPixmap unseen(size());
-        QWidget::render(&unseen);
-        rest();
+        // In a turn of its own, so that nobody has to wait for both.
+        m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(Duration::zero(), [this] {
+            // A drawing that nobody sees loads the fonts and symbols that the first showing needs.
+            QPixmap unseen(size());
+            QWidget::render(&unseen);
+            rest();
+        });
     });
 }
 
