@@ -2,7 +2,7 @@
 
 #include "Kestrova/LaunchSequence.h"
 #include "Kestrova/StatusMenu.h"
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/clipboard/TextRecognizer.h"
 #include "Kestrova/services/LinkPreviewCache.h"
 #include "Platform/MainQueue.h"

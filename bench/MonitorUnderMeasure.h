@@ -5,7 +5,7 @@
 #include "tests/support/ManualMainQueue.h"
 #include "tests/support/Ports.h"
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 #include "Kestrova/clipboard/TextRecognizer.h"
 #include "Kestrova/services/LinkPreviewCache.h"

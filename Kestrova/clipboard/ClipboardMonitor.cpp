@@ -1,6 +1,6 @@
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/clipboard/TextRecognizer.h"
 #include "Kestrova/services/LinkPreviewCache.h"
 #include "KestrovaCore/ClipboardItem.h"
@@ -80,7 +80,7 @@ void ClipboardMonitor::poll() {
     const auto item = candidate();
     if (!item || !insert(item))
         return;
-    m_surroundings.hud.show(HUDEvent::copied, item);
+    m_surroundings.hud.show(item, HUDEvent::copied);
     applyHistoryLimit();
     follow(item);
 }

@@ -18,7 +18,7 @@
 namespace kestrova {
 
 class ClipboardItem;
-class HUDController;
+class HUD;
 class LinkPreviewCache;
 class MachineInfo;
 class ModelContainer;
@@ -39,7 +39,7 @@ public:
         MainQueue& mainQueue;
         UserDefaults& defaults;
         const MachineInfo& machineInfo;
-        HUDController& hud;
+        HUD& hud;
         TextRecognizer& textRecognizer;
         LinkPreviewCache& linkPreviews;
         std::function<Timestamp()> now = currentTimestamp;

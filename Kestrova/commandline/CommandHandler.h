@@ -9,7 +9,7 @@
 
 namespace kestrova {
 
-class HUDController;
+class HUD;
 class ItemOperations;
 class MachineInfo;
 class ModelContainer;
@@ -28,7 +28,7 @@ public:
         const Workspace& workspace;
         const UserDefaults& defaults;
         const MachineInfo& machineInfo;
-        HUDController& hud;
+        HUD& hud;
     };
 
     explicit CommandHandler(const Surroundings& surroundings);

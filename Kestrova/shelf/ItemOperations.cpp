@@ -1,6 +1,6 @@
 #include "Kestrova/shelf/ItemOperations.h"
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/clipboard/OwnWrite.h"
 #include "Kestrova/clipboard/PasteService.h"
 #include "KestrovaCore/ClipboardItem.h"
@@ -20,7 +20,7 @@ void ItemOperations::copy(const std::shared_ptr<ClipboardItem>& item) {
     // The caller's handle may stand in a list, which the entries that are polled before the write change.
     const auto held = item;
     writeToPasteboard(*held);
-    m_hud.show(HUDEvent::copied, held);
+    m_hud.show(held, HUDEvent::copied);
 }
 
 Result<Done, StoreError> ItemOperations::togglePin(ClipboardItem& item) {

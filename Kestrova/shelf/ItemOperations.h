@@ -8,7 +8,7 @@
 namespace kestrova {
 
 class ClipboardItem;
-class HUDController;
+class HUD;
 class KovaCollection;
 class ModelContext;
 class Pasteboard;
@@ -19,7 +19,7 @@ class Pasteboard;
 class ItemOperations {
 public:
     /// The items are those of `context`.
-    ItemOperations(ModelContext& context, Pasteboard& pasteboard, HUDController& hud)
+    ItemOperations(ModelContext& context, Pasteboard& pasteboard, HUD& hud)
         : m_context(context), m_pasteboard(pasteboard), m_hud(hud) {}
 
     /// Puts the item on the pasteboard and marks that as an own write.
@@ -39,7 +39,7 @@ public:
 private:
     ModelContext& m_context;
     Pasteboard& m_pasteboard;
-    HUDController& m_hud;
+    HUD& m_hud;
 };
 
 } // namespace kestrova

@@ -1,6 +1,6 @@
 #include "Kestrova/shelf/PasteSequence.h"
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/clipboard/OwnWrite.h"
 #include "Kestrova/clipboard/PasteService.h"
 #include "KestrovaCore/ClipboardItem.h"
@@ -27,7 +27,7 @@ constexpr auto beforeReturn = 180ms;
 } // namespace
 
 void PasteSequence::showToast(const Item& item) const {
-    m_surroundings.mainQueue.post([&hud = m_surroundings.hud, item] { hud.show(HUDEvent::pasted, item); });
+    m_surroundings.mainQueue.post([&hud = m_surroundings.hud, item] { hud.show(item, HUDEvent::pasted); });
 }
 
 void PasteSequence::writeAndActivate(const Item& item, const Target& target) const {

@@ -11,7 +11,7 @@ namespace kestrova {
 
 class Accessibility;
 class ClipboardItem;
-class HUDController;
+class HUD;
 class KeyPoster;
 class Pasteboard;
 class Workspace;
@@ -32,7 +32,7 @@ public:
         Workspace& workspace;
         KeyPoster& keyPoster;
         Accessibility& accessibility;
-        HUDController& hud;
+        HUD& hud;
     };
     using Item = std::shared_ptr<ClipboardItem>;
     using Target = std::optional<RunningApplication>;

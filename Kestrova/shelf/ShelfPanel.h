@@ -1,22 +1,19 @@
 #pragma once
 
+#include "Platform/Animation.h"
 #include "Platform/Screens.h"
 
-#include <chrono>
 #include <cstdint>
 
 namespace kestrova {
 
 class ShelfPanelView;
 
-/// How an animation moves between its ends.
-enum class AnimationTiming { easeIn, easeOut, easeInEaseOut };
-
 /// The shelf's window: borderless, above all others, on every workspace, able to take keys and to give them
 /// back. Main thread only; rectangles in global points.
 class ShelfPanel {
 public:
-    using Duration = std::chrono::milliseconds;
+    using Duration = AnimationDuration;
 
     virtual ~ShelfPanel() = default;
 

@@ -1,6 +1,6 @@
 #include "Kestrova/shelf/ShelfPanelController.h"
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/shelf/ShelfPanel.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "KestrovaCore/ClipboardItem.h"

@@ -34,7 +34,7 @@ public:
         KeyPoster& keyPoster;
         Accessibility& accessibility;
         UserDefaults& defaults;
-        HUDController& hud;
+        HUD& hud;
         ShelfPanel& panel;
     };
 

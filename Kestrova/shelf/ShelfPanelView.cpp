@@ -1,6 +1,6 @@
 #include "Kestrova/shelf/ShelfPanelView.h"
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/shelf/ShelfKeyboard.h"
 #include "Kestrova/shelf/ShelfPanel.h"
 #include "KestrovaCore/ClipboardItem.h"
@@ -428,7 +428,7 @@ void ShelfPanelView::dropURLs(const QList<QUrl>& urls) {
         return m_context.save();
     });
     if (last)
-        m_surroundings.hud.show(HUDEvent::copied, last);
+        m_surroundings.hud.show(last, HUDEvent::copied);
 }
 
 } // namespace kestrova

@@ -30,7 +30,7 @@
 namespace kestrova {
 
 class ClipboardItem;
-class HUDController;
+class HUD;
 class KovaCollection;
 class ModelContainer;
 class Pasteboard;
@@ -52,7 +52,7 @@ public:
         Pasteboard& pasteboard;
         UserDefaults& defaults;
         EventMonitors& eventMonitors;
-        HUDController& hud;
+        HUD& hud;
         ShelfPanel& panel;
     };
     using ItemAction = std::function<void(const std::shared_ptr<ClipboardItem>&)>;

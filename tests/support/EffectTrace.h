@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/shelf/ShelfPanel.h"
 #include "KestrovaCore/ClipboardItem.h"
 #include "Platform/Accessibility.h"
@@ -148,11 +148,11 @@ private:
     EffectTrace& m_trace;
 };
 
-class TracedHUD final : public HUDController {
+class TracedHUD final : public HUD {
 public:
     explicit TracedHUD(EffectTrace& effects) : m_trace(effects) {}
 
-    void show(HUDEvent event, const std::shared_ptr<ClipboardItem>& item) override {
+    void show(const std::shared_ptr<ClipboardItem>& item, HUDEvent event) override {
         const auto word = event == HUDEvent::pasted   ? QStringLiteral("pasted")
                           : event == HUDEvent::copied ? QStringLiteral("copied")
                                                       : QStringLiteral("other");

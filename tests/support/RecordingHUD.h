@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 
 #include <memory>
 #include <utility>
@@ -9,9 +9,9 @@
 namespace kestrova {
 
 /// Keeps what the toast was asked to tell of.
-class RecordingHUD final : public HUDController {
+class RecordingHUD final : public HUD {
 public:
-    void show(HUDEvent event, const std::shared_ptr<ClipboardItem>& item) override {
+    void show(const std::shared_ptr<ClipboardItem>& item, HUDEvent event) override {
         shown.emplace_back(event, item);
     }
 

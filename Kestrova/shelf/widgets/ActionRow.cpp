@@ -1,5 +1,7 @@
 #include "Kestrova/shelf/widgets/ActionRow.h"
 
+#include "Kestrova/look/InterfaceFont.h"
+
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QPainter>
@@ -20,7 +22,7 @@ ActionRow::ActionRow(const QString& title, QWidget* parent) : PanelButton(parent
 }
 
 int ActionRow::rowHeight() {
-    return QFontMetrics(shelfFont(13)).height() + 2 * verticalPadding;
+    return QFontMetrics(interfaceFont(13)).height() + 2 * verticalPadding;
 }
 
 void ActionRow::paintEvent(QPaintEvent*) {
@@ -33,7 +35,7 @@ void ActionRow::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(rect(), radius, radius);
         painter.setOpacity(1);
     }
-    painter.setFont(shelfFont(13));
+    painter.setFont(interfaceFont(13));
     painter.setPen(theme().text);
     painter.drawText(rect().adjusted(sidePadding, 0, -sidePadding, 0), Qt::AlignVCenter | Qt::AlignLeft,
                      text());

@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/widgets/ActionsCard.h"
 
+#include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/widgets/ActionRow.h"
@@ -18,7 +19,7 @@ constexpr int titleGap = 8;
 constexpr double radius = 12;
 
 QFont titleFont() {
-    return shelfFont(12, QFont::DemiBold);
+    return interfaceFont(12, QFont::DemiBold);
 }
 
 } // namespace

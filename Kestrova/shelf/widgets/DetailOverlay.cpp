@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/widgets/DetailOverlay.h"
 
+#include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/widgets/ActionsCard.h"
@@ -36,7 +37,7 @@ void drop(Widget*& widget) {
 }
 
 QFont titleFont() {
-    return shelfFont(13, QFont::DemiBold);
+    return interfaceFont(13, QFont::DemiBold);
 }
 
 } // namespace
@@ -167,7 +168,7 @@ void DetailOverlay::paintEvent(QPaintEvent*) {
     painter.setPen(m_theme.secondaryText);
     painter.drawText(hint(), Qt::AlignVCenter | Qt::AlignLeft,
                      m_editor ? QStringLiteral("편집") : QStringLiteral("미리보기"));
-    painter.setFont(shelfFont(11));
+    painter.setFont(interfaceFont(11));
     painter.drawText(hint(), Qt::AlignVCenter | Qt::AlignRight,
                      m_editor ? QStringLiteral("⌘S 저장   Esc 취소") : QStringLiteral("Esc 닫기"));
 }

@@ -1,7 +1,8 @@
 #include "Kestrova/shelf/widgets/FilterChip.h"
 
+#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/widgets/KeyCapsule.h"
-#include "Kestrova/shelf/widgets/Symbol.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -17,7 +18,7 @@ constexpr double labelSize = 12;
 constexpr double ringWidth = 1.2;
 
 QFont labelFont() {
-    return shelfFont(labelSize, QFont::Medium);
+    return interfaceFont(labelSize, QFont::Medium);
 }
 
 } // namespace

@@ -1,10 +1,11 @@
 #include "Kestrova/shelf/widgets/ItemContentView.h"
 
+#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/ParsedColor.h"
 #include "Kestrova/shelf/widgets/PictureDecoder.h"
 #include "Kestrova/shelf/widgets/PlainTextView.h"
-#include "Kestrova/shelf/widgets/Symbol.h"
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <QFontMetrics>
@@ -99,7 +100,7 @@ void ItemContentView::paintEvent(QPaintEvent*) {
 void ItemContentView::paintEmptyState(QPainter& painter) {
     constexpr double symbolEdge = 34;
     constexpr double gap = 12;
-    const auto font = shelfFont(12);
+    const auto font = interfaceFont(12);
     const double lineHeight = QFontMetricsF(font).height();
     const double top = height() / 2.0 - (symbolEdge + gap + lineHeight) / 2;
     Symbol(QStringLiteral("square.dashed"))
@@ -119,7 +120,7 @@ void ItemContentView::paintColor(QPainter& painter) {
     painter.drawRoundedRect(swatch, radius, radius);
     if (!color)
         Symbol(QStringLiteral("paintpalette")).paint(painter, swatch, 28, m_theme.inactiveSymbol);
-    const auto font = shelfFont(14, QFont::Medium);
+    const auto font = interfaceFont(14, QFont::Medium);
     painter.setFont(font);
     painter.setPen(m_theme.text);
     painter.drawText(

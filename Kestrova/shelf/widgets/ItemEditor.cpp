@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/widgets/ItemEditor.h"
 
+#include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/shelf/widgets/ThinScrollBar.h"
 
 #include <QKeyEvent>
@@ -30,7 +31,7 @@ QString ItemEditor::content() const {
 }
 
 void ItemEditor::setTheme(const ShelfTheme& theme) {
-    setFont(fixedShelfFont(13));
+    setFont(fixedInterfaceFont(13));
     setPalette(theme.palette());
     m_scrollBar->setThumbColor(theme.scrollThumb);
 }

@@ -1,8 +1,9 @@
 #include "Kestrova/shelf/widgets/ItemListView.h"
 
+#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/widgets/PictureDecoder.h"
-#include "Kestrova/shelf/widgets/Symbol.h"
 #include "Kestrova/shelf/widgets/ThinScrollBar.h"
 #include "KestrovaCore/ClipboardItem.h"
 
@@ -147,8 +148,8 @@ void ItemListView::paintEmptyState() {
     const QRectF area = viewport()->rect();
     constexpr double symbolEdge = 34;
     constexpr double gap = 12;
-    const auto title = shelfFont(13, QFont::Medium);
-    const auto hint = shelfFont(11);
+    const auto title = interfaceFont(13, QFont::Medium);
+    const auto hint = interfaceFont(11);
     const double titleHeight = QFontMetricsF(title).height();
     const double hintHeight = QFontMetricsF(hint).height();
     double y = area.center().y() - (symbolEdge + gap + titleHeight + gap / 2 + hintHeight) / 2;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Kestrova/look/Transition.h"
 #include "Kestrova/shelf/widgets/ItemListModel.h"
 #include "Kestrova/shelf/widgets/ItemRowDelegate.h"
 #include "Kestrova/shelf/widgets/ThumbnailCache.h"
-#include "Kestrova/shelf/widgets/Transition.h"
 
 #include <QListView>
 

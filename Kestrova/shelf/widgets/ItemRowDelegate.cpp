@@ -1,9 +1,10 @@
 #include "Kestrova/shelf/widgets/ItemRowDelegate.h"
 
+#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/widgets/ItemListModel.h"
 #include "Kestrova/shelf/widgets/KeyCapsule.h"
-#include "Kestrova/shelf/widgets/Symbol.h"
 #include "Kestrova/shelf/widgets/ThumbnailCache.h"
 #include "KestrovaCore/ClipboardItem.h"
 
@@ -71,7 +72,7 @@ void ItemRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
         Symbol(QStringLiteral("pin.fill")).paint(*painter, slot, pinWidth, m_look.theme.text);
         painter->setOpacity(1);
     }
-    const auto font = shelfFont(rowTextSize);
+    const auto font = interfaceFont(rowTextSize);
     painter->setFont(font);
     painter->setPen(row.primaryColor.value_or(m_look.theme.text));
     painter->drawText(
@@ -81,7 +82,7 @@ void ItemRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
 }
 
 QSize ItemRowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
-    const int content = qMax(static_cast<int>(iconEdge), QFontMetrics(shelfFont(rowTextSize)).height());
+    const int content = qMax(static_cast<int>(iconEdge), QFontMetrics(interfaceFont(rowTextSize)).height());
     // The width is the list's; only the height counts.
     return {1, content + static_cast<int>(2 * verticalPadding)};
 }
@@ -126,7 +127,7 @@ void ItemRowDelegate::paintTrailingSlot(QPainter& painter, const QRectF& slot, c
                                         double peek) const {
     if (row.quickPasteIndex && peek < 1) {
         painter.setOpacity(1 - peek);
-        const auto font = shelfFont(badgeTextSize);
+        const auto font = interfaceFont(badgeTextSize);
         const auto digit = QString::number(*row.quickPasteIndex);
         const double digitWidth = QFontMetricsF(font).horizontalAdvance(digit);
         constexpr double symbolEdge = Symbol::edgeFor(badgeTextSize);

@@ -1,7 +1,8 @@
 #include "Kestrova/shelf/widgets/KeyCapsule.h"
 
+#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/widgets/ShelfTheme.h"
-#include "Kestrova/shelf/widgets/Symbol.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -15,7 +16,7 @@ constexpr double symbolEdge = 10;
 constexpr double spacing = 1;
 
 QFont letterFont() {
-    return shelfFont(10, QFont::DemiBold);
+    return interfaceFont(10, QFont::DemiBold);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/widgets/PlainTextView.h"
 
+#include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/shelf/widgets/ThinScrollBar.h"
 
 #include <utility>
@@ -28,7 +29,7 @@ void PlainTextView::show(const QString& text) {
 void PlainTextView::setTheme(const ShelfTheme& theme) {
     if (std::exchange(m_theme, theme) == theme)
         return;
-    setFont(fixedShelfFont(12));
+    setFont(fixedInterfaceFont(12));
     setPalette(theme.palette());
     m_scrollBar->setThumbColor(theme.scrollThumb);
 }

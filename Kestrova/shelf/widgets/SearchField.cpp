@@ -1,6 +1,7 @@
 #include "Kestrova/shelf/widgets/SearchField.h"
 
-#include "Kestrova/shelf/widgets/Symbol.h"
+#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/widgets/SymbolButton.h"
 
 #include <QFocusEvent>
@@ -103,7 +104,7 @@ void SearchField::render(const QString& query, bool isFocused, const ShelfTheme&
     m_clearButton->render(QStringLiteral("xmark.circle.fill"), false, theme);
     m_clearButton->setVisible(!query.isEmpty());
     if (std::exchange(m_theme, theme) != theme) {
-        m_lineEdit->setFont(shelfFont(textSize));
+        m_lineEdit->setFont(interfaceFont(textSize));
         m_lineEdit->setPalette(theme.palette());
         update();
     }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Kestrova/look/Transition.h"
 #include "Kestrova/shelf/widgets/PictureDecoder.h"
 #include "Kestrova/shelf/widgets/ShelfTheme.h"
-#include "Kestrova/shelf/widgets/Transition.h"
 
 #include <QWidget>
 

@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
 
+#include "Kestrova/look/Easing.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/widgets/ShelfContent.h"
 #include "Platform/WindowManagement.h"
@@ -28,18 +29,6 @@ void closePopups() {
     while (auto* const popup = QApplication::activePopupWidget())
         if (!popup->close())
             return;
-}
-
-QEasingCurve::Type easing(AnimationTiming timing) {
-    switch (timing) {
-    case AnimationTiming::easeIn:
-        return QEasingCurve::InQuad;
-    case AnimationTiming::easeOut:
-        return QEasingCurve::OutQuad;
-    case AnimationTiming::easeInEaseOut:
-        return QEasingCurve::InOutQuad;
-    }
-    Q_UNREACHABLE();
 }
 
 void run(QVariantAnimation& animation, const QVariant& from, const QVariant& to,

@@ -1,13 +1,10 @@
 #include "Kestrova/shelf/widgets/ShelfTheme.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QPalette>
 
 namespace kestrova {
 namespace {
-
-constexpr double ordinarySize = 13;
 
 QColor faded(QColor color, double alpha) {
     color.setAlphaF(static_cast<float>(alpha));
@@ -117,34 +114,6 @@ QPalette ShelfTheme::palette() const {
     palette.setColor(QPalette::Highlight, marking);
     palette.setColor(QPalette::HighlightedText, Qt::white);
     return palette;
-}
-
-namespace {
-
-QFont resized(QFont font, double size) {
-    if (font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * size / ordinarySize);
-    else
-        font.setPixelSize(qMax(1, qRound(font.pixelSize() * size / ordinarySize)));
-    return font;
-}
-
-} // namespace
-
-QFont shelfFont(double size, QFont::Weight weight) {
-    auto font = resized(QApplication::font(), size);
-    font.setWeight(weight);
-    return font;
-}
-
-QFont fixedShelfFont(double size) {
-    const auto ordinary = QApplication::font();
-    auto font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (ordinary.pointSizeF() > 0)
-        font.setPointSizeF(ordinary.pointSizeF());
-    else
-        font.setPixelSize(ordinary.pixelSize());
-    return resized(font, size);
 }
 
 } // namespace kestrova

@@ -56,7 +56,7 @@ struct ShelfTheme {
     QColor dim;
     QColor card;
 
-    /// The desktop's ordinary one, from which `shelfFont` makes the others.
+    /// The desktop's ordinary one, from which `interfaceFont` makes the others.
     QFont font;
 
     static ShelfTheme of(Scheme scheme);
@@ -68,10 +68,5 @@ struct ShelfTheme {
 
     bool operator==(const ShelfTheme&) const = default;
 };
-
-/// The desktop's font. `size` is what it would be if the desktop's ordinary text had 13 points.
-QFont shelfFont(double size, QFont::Weight weight = QFont::Normal);
-/// The same of the desktop's font for code.
-QFont fixedShelfFont(double size);
 
 } // namespace kestrova

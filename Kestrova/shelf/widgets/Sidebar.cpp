@@ -1,8 +1,9 @@
 #include "Kestrova/shelf/widgets/Sidebar.h"
 
+#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/ParsedColor.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
-#include "Kestrova/shelf/widgets/Symbol.h"
 #include "Kestrova/shelf/widgets/ThinScrollBar.h"
 #include "KestrovaCore/KovaCollection.h"
 
@@ -25,7 +26,7 @@ constexpr std::size_t fixedRows = 3;
 constexpr std::size_t shortcutDigits = 9;
 
 QFont headerFont() {
-    auto font = shelfFont(headerSize, QFont::DemiBold);
+    auto font = interfaceFont(headerSize, QFont::DemiBold);
     font.setLetterSpacing(QFont::AbsoluteSpacing, 0.6);
     return font;
 }
@@ -170,7 +171,7 @@ void Sidebar::paintEvent(QPaintEvent*) {
     painter.setPen(m_theme.secondaryText);
     const auto title = QStringLiteral("컬렉션");
     painter.drawText(line, Qt::AlignVCenter | Qt::AlignLeft, title);
-    painter.setFont(shelfFont(headerSize));
+    painter.setFont(interfaceFont(headerSize));
     painter.drawText(line.adjusted(QFontMetricsF(font).horizontalAdvance(title) + 6, 0, 0, 0),
                      Qt::AlignVCenter | Qt::AlignLeft, QString::number(m_view.allCollections().size()));
 }

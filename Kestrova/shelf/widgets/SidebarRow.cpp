@@ -1,7 +1,8 @@
 #include "Kestrova/shelf/widgets/SidebarRow.h"
 
+#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/widgets/KeyCapsule.h"
-#include "Kestrova/shelf/widgets/Symbol.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -43,7 +44,7 @@ void SidebarRow::render(const Values& values, const ShelfTheme& theme) {
 }
 
 QSize SidebarRow::sizeHint() const {
-    const int content = qMax(static_cast<int>(symbolFrame), QFontMetrics(shelfFont(textSize)).height());
+    const int content = qMax(static_cast<int>(symbolFrame), QFontMetrics(interfaceFont(textSize)).height());
     return {1, content + static_cast<int>(2 * verticalPadding)};
 }
 
@@ -80,7 +81,7 @@ void SidebarRow::paintEvent(QPaintEvent*) {
         .paint(painter, symbol, Symbol::edgeFor(textSize), m_values.color.value_or(theme().symbol));
     rest.setLeft(symbol.right() + spacing);
 
-    const auto countFont = shelfFont(countSize);
+    const auto countFont = interfaceFont(countSize);
     const auto count = QString::number(m_values.count);
     const double countWidth = QFontMetricsF(countFont).horizontalAdvance(count) + 1;
     painter.setFont(countFont);
@@ -94,7 +95,7 @@ void SidebarRow::paintEvent(QPaintEvent*) {
                   m_digitShown.value());
     rest.setRight(rest.right() - qMax(countWidth, m_digitShown.isOn() ? capsuleWidth : 0.0) - spacing);
 
-    const auto font = shelfFont(textSize, m_values.isSelected ? QFont::DemiBold : QFont::Normal);
+    const auto font = interfaceFont(textSize, m_values.isSelected ? QFont::DemiBold : QFont::Normal);
     painter.setFont(font);
     painter.setPen(theme().text);
     painter.drawText(

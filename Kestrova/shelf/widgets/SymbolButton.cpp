@@ -1,6 +1,6 @@
 #include "Kestrova/shelf/widgets/SymbolButton.h"
 
-#include "Kestrova/shelf/widgets/Symbol.h"
+#include "Kestrova/look/Symbol.h"
 
 #include <QPainter>
 

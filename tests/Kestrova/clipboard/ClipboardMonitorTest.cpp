@@ -1,6 +1,6 @@
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/clipboard/PasteService.h"
 #include "Kestrova/clipboard/TextRecognizer.h"
 #include "Kestrova/services/LinkPreviewCache.h"
@@ -22,8 +22,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct RecordingHUD final : HUDController {
-    void show(HUDEvent event, const std::shared_ptr<ClipboardItem>& item) override {
+struct RecordingHUD final : HUD {
+    void show(const std::shared_ptr<ClipboardItem>& item, HUDEvent event) override {
         EXPECT_EQ(event, HUDEvent::copied);
         shown.append(item->content());
         if (onShow)

@@ -1,6 +1,6 @@
 #include "Kestrova/commandline/CommandHandler.h"
 
-#include "Kestrova/capture/HUDController.h"
+#include "Kestrova/capture/HUD.h"
 #include "Kestrova/clipboard/OwnWrite.h"
 #include "Kestrova/commandline/ItemListing.h"
 #include "tests/support/FakePasteboard.h"

@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/Symbol.h"
+#include "Kestrova/look/Symbol.h"
 
 #include <QFile>
 #include <QImage>

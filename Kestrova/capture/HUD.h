@@ -12,10 +12,10 @@ class ClipboardItem;
 enum class HUDEvent { copied, pasted, captured, edited };
 
 /// The toast: tells for a moment what has just happened to an item. Main thread only.
-class HUDController {
+class HUD {
 public:
-    virtual ~HUDController() = default;
-    virtual void show(HUDEvent event, const std::shared_ptr<ClipboardItem>& item) = 0;
+    virtual ~HUD() = default;
+    virtual void show(const std::shared_ptr<ClipboardItem>& item, HUDEvent event) = 0;
 
     /// Where the shelf's lower edge stands, or would stand, on the screen under the mouse, in global points.
     /// Absent once the shelf has gone.
@@ -23,9 +23,9 @@ public:
 };
 
 /// Stands where there is no toast to show: nothing on the screen belongs to the program.
-class NoHUD final : public HUDController {
+class NoHUD final : public HUD {
 public:
-    void show(HUDEvent, const std::shared_ptr<ClipboardItem>&) override {}
+    void show(const std::shared_ptr<ClipboardItem>&, HUDEvent) override {}
 };
 
 } // namespace kestrova

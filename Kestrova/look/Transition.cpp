@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/Transition.h"
+#include "Kestrova/look/Transition.h"
 
 #include <utility>
 

@@ -21,7 +21,7 @@ public:
     /// Draws it in the centre of `frame`, `edge` points wide and high, on whole device pixels.
     void paint(QPainter& painter, const QRectF& frame, double edge, const QColor& color) const;
 
-    /// The edge of a symbol that stands beside text of that size, as `shelfFont` takes it.
+    /// The edge of a symbol that stands beside text of that size, as `interfaceFont` takes it.
     static constexpr double edgeFor(double textSize) { return static_cast<int>(textSize * 1.2 + 0.5); }
 
 private:

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QFont>
+
+namespace kestrova {
+
+/// The desktop's font. `size` is what it would be if the desktop's ordinary text had 13 points.
+QFont interfaceFont(double size, QFont::Weight weight = QFont::Normal);
+/// The same of the desktop's font for code.
+QFont fixedInterfaceFont(double size);
+
+} // namespace kestrova
