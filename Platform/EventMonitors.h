@@ -20,7 +20,8 @@ inline constexpr std::uint32_t flagsChanged = 1u << 12;
 struct LocalEvent {
     /// One of `EventMask`.
     std::uint32_t kind = 0;
-    /// The host's number of the window that it goes to; 0 if there is none.
+    /// The host's number of the window that it goes to; 0 if there is none, as when the host finds by itself
+    /// which modifiers are still held.
     std::uint64_t window = 0;
     KeyEvent key;
 };

@@ -3,6 +3,7 @@
 #include "Platform/RunningApplication.h"
 
 #include <QIcon>
+#include <QUrl>
 
 #include <cstdint>
 #include <optional>
@@ -26,6 +27,12 @@ public:
     /// Asks for a window of this program, in the host's own numbering, to have the keyboard, whatever other
     /// applications do.
     virtual void activateOwnWindow(std::uint64_t window) = 0;
+    /// Opens it with the application that the person has chosen for such things. Where there is none, or it
+    /// does not start, one line is logged.
+    virtual void open(const QUrl& url) = 0;
+    /// Shows the file in its folder, selected. Where no file manager can do that, opens the folder; so too if
+    /// the file has gone. Comes back at once; a failure is logged.
+    virtual void reveal(const QUrl& file) = 0;
 };
 
 } // namespace kestrova

@@ -5,6 +5,7 @@
 #include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/VirtualKeys.h"
 #include "Platform/x11/X11Keymap.h"
+#include "Platform/x11/XcbReply.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -65,10 +66,10 @@ X11EventMonitors::X11EventMonitors(X11Keymap& keymap)
           m_held.clear();
           if (isEmpty) {
               qApp->removeEventFilter(&m_windowFilter);
-              qApp->removeNativeEventFilter(&m_repeatFilter);
+              qApp->removeNativeEventFilter(&m_arrivalFilter);
           } else {
               qApp->installEventFilter(&m_windowFilter);
-              qApp->installNativeEventFilter(&m_repeatFilter);
+              qApp->installNativeEventFilter(&m_arrivalFilter);
           }
       }) {
     if (m_connection)
@@ -123,12 +124,15 @@ bool X11EventMonitors::isPointerOverOwnWindow() const {
            });
 }
 
-bool X11EventMonitors::RepeatFilter::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
+bool X11EventMonitors::ArrivalFilter::nativeEventFilter(const QByteArray& eventType, void* message,
+                                                        qintptr*) {
     if (eventType != "xcb_generic_event_t")
         return false;
     const auto& key = *static_cast<const xcb_key_press_event_t*>(message);
     const auto kind = key.response_type & 0x7f;
-    if (kind == XCB_KEY_RELEASE)
+    if (kind == XCB_FOCUS_IN)
+        m_monitors.onFocusIn();
+    else if (kind == XCB_KEY_RELEASE)
         m_repeats.noteRelease(key.detail, key.time);
     else if (kind == XCB_KEY_PRESS)
         m_repeating.set(key.detail, m_repeats.isRepeat(key.detail, key.time));
@@ -196,7 +200,7 @@ bool X11EventMonitors::onKey(const QWindow& window, const QKeyEvent& key) {
 
 bool X11EventMonitors::isRepeat(const QKeyEvent& press) {
     const auto x11Key = static_cast<xcb_keycode_t>(press.nativeScanCode());
-    const bool follows = press.timestamp() == noTime ? m_repeatFilter.isRepeating(x11Key)
+    const bool follows = press.timestamp() == noTime ? m_arrivalFilter.isRepeating(x11Key)
                                                      : m_repeats.isRepeat(x11Key, press.timestamp());
     return follows || press.isAutoRepeat();
 }
@@ -219,6 +223,21 @@ void X11EventMonitors::onFocusOut(const QWindow& window) {
     m_held.clear();
     // Modifiers that are let go elsewhere would stay held for ever.
     tell({.kind = EventMask::flagsChanged, .window = window.winId(), .key = {}});
+}
+
+void X11EventMonitors::onFocusIn() {
+    // The toolkit keeps to itself that the keyboard was elsewhere for a moment, or with a grab.
+    m_held.clear();
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    const XcbReply<xcb_query_pointer_reply_t> pointer{
+        xcb_query_pointer_reply(m_connection, xcb_query_pointer(m_connection, root), nullptr)};
+    if (!pointer)
+        return;
+    constexpr std::uint16_t allModifiers = 0xff;
+    const auto state = static_cast<std::uint16_t>(pointer->mask & allModifiers);
+    KeyEvent held;
+    held.modifierFlags = localHeldFlags(state, m_keymap.modifiers());
+    tell({.kind = EventMask::flagsChanged, .window = 0, .key = held});
 }
 
 bool X11EventMonitors::tell(const LocalEvent& event) const {

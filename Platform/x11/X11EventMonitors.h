@@ -41,13 +41,16 @@ private:
     private:
         X11EventMonitors& m_monitors;
     };
-    /// Tells of the keys whose events have lost their time on the way whether they repeat.
-    class RepeatFilter final : public QAbstractNativeEventFilter {
+    /// Tells of the keys whose events have lost their time on the way whether they repeat, and when the
+    /// keyboard has come back.
+    class ArrivalFilter final : public QAbstractNativeEventFilter {
     public:
+        explicit ArrivalFilter(X11EventMonitors& monitors) : m_monitors(monitors) {}
         bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
         bool isRepeating(std::uint8_t x11Key) const { return m_repeating.test(x11Key); }
 
     private:
+        X11EventMonitors& m_monitors;
         KeyRepeats m_repeats;
         std::bitset<256> m_repeating;
     };
@@ -81,6 +84,7 @@ private:
     bool isRepeat(const QKeyEvent& press);
     bool onModifierKey(std::uint64_t window, std::uint16_t virtualKey, const QKeyEvent& key);
     void onFocusOut(const QWindow& window);
+    void onFocusIn();
     bool tell(const LocalEvent& event) const;
 
     X11Keymap& m_keymap;
@@ -90,7 +94,7 @@ private:
     HeldModifiers m_held;
     KeyRepeats m_repeats;
     MouseFilter m_mouseFilter{*this};
-    RepeatFilter m_repeatFilter;
+    ArrivalFilter m_arrivalFilter{*this};
     KeyFilter m_keyFilter{*this};
     WindowFilter m_windowFilter{*this};
     MonitorList<GlobalHandler> m_global;

@@ -2,14 +2,18 @@
 
 #include "Platform/x11/Atoms.h"
 #include "Platform/x11/Display.h"
+#include "Platform/x11/ScreenCover.h"
 #include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/XcbReply.h"
 
 #include <QByteArray>
 
+#include <xcb/shape.h>
+
 #include <algorithm>
 #include <array>
 #include <utility>
+#include <vector>
 
 namespace kestrova {
 namespace {
@@ -18,23 +22,13 @@ constexpr std::uint32_t addState = 1;
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 constexpr std::uint32_t fromApplication = 1;
 
-xcb_window_t rootOf(xcb_connection_t* connection, int screen) {
-    const auto* const setup = xcb_get_setup(connection);
-    if (!setup)
-        return XCB_NONE;
-    auto iterator = xcb_setup_roots_iterator(setup);
-    for (; iterator.rem > 1 && screen > 0; --screen)
-        xcb_screen_next(&iterator);
-    return iterator.data->root;
-}
-
 } // namespace
 
 X11WindowManagement::X11WindowManagement() : m_connection(toolkitConnection()) {
     if (!m_connection)
         return;
     const int screen = screenNumber();
-    m_root = rootOf(m_connection, screen);
+    m_root = screenOf(m_connection).root;
     const std::array<std::pair<QByteArray, xcb_atom_t*>, 7> wanted{{
         {"_NET_WM_CM_S" + QByteArray::number(screen), &m_compositorSelection},
         {"_NET_WM_STATE", &m_state},
@@ -59,6 +53,10 @@ bool X11WindowManagement::isCompositing() const {
     return reply && reply->owner != XCB_NONE;
 }
 
+bool X11WindowManagement::isScreenCovered() const {
+    return !m_connection || kestrova::isScreenCovered(m_connection, m_root);
+}
+
 void X11WindowManagement::standApart(std::uint64_t window) {
     if (!m_connection)
         return;
@@ -66,6 +64,21 @@ void X11WindowManagement::standApart(std::uint64_t window) {
     send(id, m_state, {addState, m_stateSkipTaskbar, m_stateSkipPager, fromApplication, 0});
     send(id, m_state, {addState, m_stateAbove, m_stateSticky, fromApplication, 0});
     send(id, m_desktop, {allDesktops, fromApplication, 0, 0, 0});
+    xcb_flush(m_connection);
+}
+
+void X11WindowManagement::limitPresses(std::uint64_t window, const QRegion& pixels) {
+    if (!m_connection)
+        return;
+    std::vector<xcb_rectangle_t> rectangles;
+    for (const QRect& each : pixels)
+        rectangles.push_back({.x = static_cast<std::int16_t>(each.x()),
+                              .y = static_cast<std::int16_t>(each.y()),
+                              .width = static_cast<std::uint16_t>(each.width()),
+                              .height = static_cast<std::uint16_t>(each.height())});
+    xcb_shape_rectangles(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_YX_BANDED,
+                         static_cast<xcb_window_t>(window), 0, 0,
+                         static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
     xcb_flush(m_connection);
 }
 

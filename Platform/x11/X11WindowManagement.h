@@ -13,7 +13,9 @@ public:
     X11WindowManagement();
 
     bool isCompositing() const override;
+    bool isScreenCovered() const override;
     void standApart(std::uint64_t window) override;
+    void limitPresses(std::uint64_t window, const QRegion& pixels) override;
 
 private:
     void send(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const;

@@ -1,6 +1,7 @@
 #include "Platform/x11/X11Workspace.h"
 
 #include "Platform/x11/FrontmostApplication.h"
+#include "Platform/x11/InstalledApplications.h"
 #include "Platform/x11/ToolkitConnection.h"
 
 #include <QDir>
@@ -56,6 +57,19 @@ void X11Workspace::activate(const RunningApplication& application) {
 void X11Workspace::activateOwnWindow(std::uint64_t window) {
     if (m_windows)
         m_windows->bringToFront(static_cast<xcb_window_t>(window));
+}
+
+void X11Workspace::open(const QUrl& url) {
+    if (const auto application = defaultApplicationFor(url))
+        application->open(url);
+}
+
+void X11Workspace::reveal(const QUrl& file) {
+    const auto folder = file.adjusted(QUrl::StripTrailingSlash).adjusted(QUrl::RemoveFilename);
+    if (file.isLocalFile() && !QFileInfo::exists(file.toLocalFile()))
+        open(folder);
+    else
+        m_fileManager.show(file, [this, folder] { open(folder); });
 }
 
 } // namespace kestrova

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Workspace.h"
+#include "Platform/x11/FileManager.h"
 #include "Platform/x11/X11Windows.h"
 
 #include <QString>
@@ -23,11 +24,14 @@ public:
     bool isTerminated(const RunningApplication& application) const override;
     void activate(const RunningApplication& application) override;
     void activateOwnWindow(std::uint64_t window) override;
+    void open(const QUrl& url) override;
+    void reveal(const QUrl& file) override;
 
 private:
     DesktopEntries& m_entries;
     const QString m_bundleIdentifier;
     std::optional<X11Windows> m_windows;
+    FileManager m_fileManager;
 };
 
 } // namespace kestrova

@@ -7,6 +7,7 @@
 #include "Platform/EventMonitors.h"
 #include "Platform/KeyPoster.h"
 #include "Platform/Screens.h"
+#include "Platform/Sharing.h"
 #include "Platform/Workspace.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/support/ManualMainQueue.h"
@@ -72,10 +73,16 @@ public:
         m_trace.add(QStringLiteral("panel.setIgnoresMouseEvents %1").arg(ignores));
     }
     void endEditing() override { m_trace.add(QStringLiteral("panel.endEditing")); }
+    void pickShareTarget(const std::vector<ShareTarget>& targets,
+                         std::function<void(const ShareTarget&)> done) override {
+        m_trace.add(QStringLiteral("panel.pickShareTarget %1").arg(targets.size()));
+        onSharePicked = std::move(done);
+    }
 
     bool visible = false;
     ScreenRect frame;
     ShelfPanelView* content = nullptr;
+    std::function<void(const ShareTarget&)> onSharePicked;
 
 private:
     static QString word(AnimationTiming timing) {
@@ -106,9 +113,31 @@ public:
     void activateOwnWindow(std::uint64_t window) override {
         m_trace.add(QStringLiteral("workspace.activateOwnWindow %1").arg(window));
     }
+    void open(const QUrl& url) override {
+        m_trace.add(QStringLiteral("workspace.open %1").arg(url.toString()));
+    }
+    void reveal(const QUrl& file) override {
+        m_trace.add(QStringLiteral("workspace.reveal %1").arg(file.toString()));
+    }
 
     std::optional<RunningApplication> frontmost;
     bool terminated = false;
+
+private:
+    EffectTrace& m_trace;
+};
+
+class TracedSharing final : public Sharing {
+public:
+    explicit TracedSharing(EffectTrace& effects) : m_trace(effects) {}
+
+    std::vector<ShareTarget> targets(const SharedContent&) override { return all; }
+    void share(const SharedContent& content, const ShareTarget& target) override {
+        m_trace.add(QStringLiteral("sharing.share %1 %2")
+                        .arg(content.text.value_or(QStringLiteral("(other)")), target.identifier));
+    }
+
+    std::vector<ShareTarget> all;
 
 private:
     EffectTrace& m_trace;

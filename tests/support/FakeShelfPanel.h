@@ -50,6 +50,12 @@ public:
         ignoresMouseEvents = ignores;
     }
     void endEditing() override { calls.emplace_back("endEditing"); }
+    void pickShareTarget(const std::vector<ShareTarget>& targets,
+                         std::function<void(const ShareTarget&)> done) override {
+        calls.emplace_back("pickShareTarget");
+        offeredTargets = targets;
+        onSharePicked = std::move(done);
+    }
 
     std::vector<std::string> calls;
     ShelfPanelView* content = nullptr;
@@ -60,6 +66,8 @@ public:
     bool ignoresMouseEvents = false;
     Duration lastDuration{};
     AnimationTiming lastTiming = AnimationTiming::easeIn;
+    std::vector<ShareTarget> offeredTargets;
+    std::function<void(const ShareTarget&)> onSharePicked;
 };
 
 } // namespace kestrova

@@ -22,6 +22,8 @@ public:
     bool isTerminated(const RunningApplication&) const override { return false; }
     void activate(const RunningApplication&) override {}
     void activateOwnWindow(std::uint64_t) override {}
+    void open(const QUrl&) override {}
+    void reveal(const QUrl&) override {}
 
     std::optional<RunningApplication> frontmost;
 };
