@@ -12,6 +12,7 @@
 #include "Platform/MainQueue.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/SingleInstance.h"
+#include "Platform/TaskListPresence.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 
@@ -27,17 +28,27 @@ constexpr std::size_t rowsFoldedATurn = 200;
 
 } // namespace
 
-AppDelegate::AppDelegate(Host host) : m_host(std::move(host)) {}
+AppDelegate::AppDelegate(Host host)
+    : m_host(std::move(host)),
+      m_hud({.screens = m_host.screens,
+             .defaults = m_host.defaults,
+             .mainQueue = m_host.mainQueue,
+             .makePanel = m_host.makeHUDPanel}) {}
 
 AppDelegate::~AppDelegate() {
     m_host.modelContainer.onRowsDeleted = nullptr;
     m_host.pasteboard.onPollDue = nullptr;
+    m_host.taskListPresence.onActivate = nullptr;
 }
 
 void AppDelegate::applicationWillFinishLaunching() {
     m_activationPolicy = m_host.defaults.boolean(QStringLiteral("showInDock")).value_or(false)
                              ? ActivationPolicy::regular
                              : ActivationPolicy::accessory;
+    if (m_activationPolicy == ActivationPolicy::accessory)
+        return;
+    m_host.taskListPresence.onActivate = [this] { showPanel(); };
+    m_host.taskListPresence.appear();
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -72,9 +83,11 @@ void AppDelegate::launch(LaunchStep step) {
     case LaunchStep::hotkeys:
         makeHotkeyManager();
         break;
+    case LaunchStep::hud:
+        joinHUD();
+        break;
     // Steps whose subsystem this build does not have keep their place.
     case LaunchStep::capture:
-    case LaunchStep::hud:
     case LaunchStep::linkPreviewWarmUp:
     case LaunchStep::updater:
     case LaunchStep::diagnostics:
@@ -124,12 +137,17 @@ void AppDelegate::startClipboardMonitor() {
     // The log that the database keeps is cleared a moment later, once for all that is deleted meanwhile.
     m_host.modelContainer.onRowsDeleted = [this] {
         if (!m_scrub)
-            m_scrub = m_host.mainQueue.afterUnlessCancelled(scrubDelay, [this] {
-                m_scrub = {};
-                m_host.modelContainer.scrub();
-            });
+            scrubLater();
     };
     m_host.pasteboard.onPollDue = [this] { m_clipboardMonitor->poll(); };
+}
+
+void AppDelegate::scrubLater() {
+    m_scrub = m_host.mainQueue.afterUnlessCancelled(scrubDelay, [this] {
+        m_scrub = {};
+        if (!m_host.modelContainer.scrub())
+            scrubLater();
+    });
 }
 
 void AppDelegate::makeShelfPanelController() {
@@ -144,7 +162,8 @@ void AppDelegate::makeShelfPanelController() {
                                            .accessibility = m_host.accessibility,
                                            .defaults = m_host.defaults,
                                            .hud = m_hud,
-                                           .panel = m_host.shelfPanel});
+                                           .panel = m_host.shelfPanel,
+                                           .sharing = m_host.sharing});
 }
 
 void AppDelegate::makeHotkeyManager() {
@@ -154,8 +173,18 @@ void AppDelegate::makeHotkeyManager() {
     m_hotkeys->onTogglePanel = [this] { togglePanel(); };
 }
 
+void AppDelegate::joinHUD() {
+    m_hud.onShow = [this](const std::shared_ptr<ClipboardItem>&) { m_statusItem->pulse(); };
+    m_hud.onItemTapped = [this](const std::shared_ptr<ClipboardItem>&) { m_panelController->showPanel(); };
+}
+
 void AppDelegate::togglePanel() {
     m_panelController->togglePanel();
+}
+
+void AppDelegate::showPanel() {
+    if (m_panelController && !m_panelController->isPanelVisible())
+        m_panelController->showPanel();
 }
 
 QStringList AppDelegate::shortcutsHeldByOthers() const {
@@ -175,11 +204,7 @@ void AppDelegate::serveCommands() {
         .hud = m_hud,
     });
     m_commandHandler->onToggle = [this] { togglePanel(); };
-    // A second `show` must not take the shelf itself for the application to go back to.
-    m_commandHandler->onShow = [this] {
-        if (!m_panelController->isPanelVisible())
-            m_panelController->showPanel();
-    };
+    m_commandHandler->onShow = [this] { showPanel(); };
     m_commandHandler->onHide = [this] {
         if (m_panelController->isPanelVisible())
             m_panelController->hidePanel();

@@ -2,7 +2,7 @@
 
 #include "Kestrova/LaunchSequence.h"
 #include "Kestrova/StatusMenu.h"
-#include "Kestrova/capture/HUD.h"
+#include "Kestrova/capture/HUDController.h"
 #include "Kestrova/clipboard/TextRecognizer.h"
 #include "Kestrova/services/LinkPreviewCache.h"
 #include "Platform/MainQueue.h"
@@ -18,6 +18,7 @@ class Accessibility;
 class ClipboardMonitor;
 class CommandHandler;
 class EventMonitors;
+class HUDPanel;
 class HotKeys;
 class HotkeyManager;
 class KeyPoster;
@@ -30,9 +31,11 @@ class Pasteboard;
 class Screens;
 class ShelfPanel;
 class ShelfPanelController;
+class Sharing;
 class SingleInstance;
 class StatusItem;
 class SystemTray;
+class TaskListPresence;
 class UserDefaults;
 class Workspace;
 
@@ -60,7 +63,11 @@ public:
         const MachineInfo& machineInfo;
         SingleInstance& singleInstance;
         SystemTray& systemTray;
+        TaskListPresence& taskListPresence;
         ShelfPanel& shelfPanel;
+        Sharing& sharing;
+        /// Makes the toast's window when it is first needed.
+        std::function<std::unique_ptr<HUDPanel>()> makeHUDPanel;
         /// Ends the event loop.
         std::function<void()> terminate;
     };
@@ -86,9 +93,13 @@ private:
     void launch(LaunchStep step);
     void makeStatusItem();
     void startClipboardMonitor();
+    void scrubLater();
     void makeShelfPanelController();
     void makeHotkeyManager();
+    void joinHUD();
     void togglePanel();
+    /// Leaves one that is up alone.
+    void showPanel();
     QStringList shortcutsHeldByOthers() const;
     void serveCommands();
     /// A slice a turn, so that nobody waits for it.
@@ -96,7 +107,7 @@ private:
 
     Host m_host;
     ActivationPolicy m_activationPolicy = ActivationPolicy::accessory;
-    NoHUD m_hud;
+    HUDController m_hud;
     NoTextRecognition m_textRecognizer;
     NoLinkPreviews m_linkPreviews;
     ScheduledBlock m_scrub;

@@ -1,5 +1,7 @@
 #include "Kestrova/AppDelegate.h"
 #include "Kestrova/CommandClient.h"
+#include "Kestrova/MenuBarIcon.h"
+#include "Kestrova/capture/widgets/HUDPanelWidget.h"
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 #include "Kestrova/commandline/Command.h"
 #include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
@@ -9,10 +11,12 @@
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/Display.h"
 #include "Platform/x11/FontMemory.h"
+#include "Platform/x11/IconicWindow.h"
 #include "Platform/x11/InstanceClient.h"
 #include "Platform/x11/JsonUserDefaults.h"
 #include "Platform/x11/LinuxMachineInfo.h"
 #include "Platform/x11/LinuxSingleInstance.h"
+#include "Platform/x11/PortalAppearance.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "Platform/x11/QtMenuTracking.h"
 #include "Platform/x11/SessionBus.h"
@@ -27,11 +31,13 @@
 #include "Platform/x11/X11SystemTray.h"
 #include "Platform/x11/X11WindowManagement.h"
 #include "Platform/x11/X11Workspace.h"
+#include "Platform/x11/XdgSharing.h"
 
 #include <QApplication>
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <memory>
 
 using namespace kestrova;
 
@@ -93,10 +99,16 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
     QtMenuTracking menuTracking;
     X11SystemTray systemTray(mainQueue);
     X11WindowManagement windowManagement;
+    PortalAppearance appearance(mainQueue);
+    IconicWindow iconicWindow([] { return MenuBarIcon().icon(); });
     ShelfPanelWidget shelfPanel({.mainQueue = mainQueue,
                                  .windowManagement = windowManagement,
+                                 .appearance = appearance,
                                  .toolkitRect = toolkitRect,
                                  .onRest = letGoOfFontPages});
+    XdgSharing sharing(mainQueue, machineInfo.bundleIdentifier(),
+                       QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                           QStringLiteral("/Kestrova/Shared"));
     AppDelegate delegate({.modelContainer = *container.value(),
                           .mainQueue = mainQueue,
                           .pasteboard = pasteboard,
@@ -112,7 +124,16 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
                           .machineInfo = machineInfo,
                           .singleInstance = singleInstance,
                           .systemTray = systemTray,
+                          .taskListPresence = iconicWindow,
                           .shelfPanel = shelfPanel,
+                          .sharing = sharing,
+                          .makeHUDPanel =
+                              [&windowManagement] {
+                                  return std::make_unique<HUDPanelWidget>(
+                                      HUDPanelWidget::Surroundings{.windowManagement = windowManagement,
+                                                                   .toolkitRect = toolkitRect,
+                                                                   .onRest = letGoOfFontPages});
+                              },
                           .terminate = endEventLoop});
     const TerminationSignals signals(endEventLoop);
     delegate.applicationWillFinishLaunching();

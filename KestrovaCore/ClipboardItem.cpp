@@ -72,6 +72,12 @@ std::optional<QByteArray> ClipboardItem::imageData() const {
     return m_context ? m_context->readImageData(m_id) : std::nullopt;
 }
 
+StoredImageData ClipboardItem::storedImageData() const {
+    if (m_heldImageData || !hasImageData() || !m_context)
+        return StoredImageData(m_heldImageData);
+    return {m_context->storePath(), m_id};
+}
+
 std::optional<std::vector<std::shared_ptr<KovaCollection>>> ClipboardItem::collections() const {
     if (!m_values->collections)
         return std::nullopt;

@@ -3,6 +3,7 @@
 #include "KestrovaCore/ClipboardItemType.h"
 #include "KestrovaCore/ItemSource.h"
 #include "KestrovaCore/RecordValues.h"
+#include "KestrovaCore/StoredImageData.h"
 
 #include <cstdint>
 #include <memory>
@@ -52,6 +53,8 @@ public:
     /// PNG bytes. Read from disk at each call unless they are unsaved; absent too, with a log line, if the
     /// disk fails.
     std::optional<QByteArray> imageData() const;
+    /// The same, to be read on another thread.
+    StoredImageData storedImageData() const;
     /// Tells without reading the bytes.
     bool hasImageData() const { return m_values->imageByteCount.has_value(); }
 

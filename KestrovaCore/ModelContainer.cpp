@@ -341,15 +341,21 @@ bool ModelContainer::foldForSearch(std::size_t from, std::size_t count) const {
     return from < end;
 }
 
-void ModelContainer::scrub() {
+bool ModelContainer::scrub() {
+    auto& connection = m_database->connection;
+    bool isCleared = false;
+    // Readers come and go; whoever asks comes again.
+    connection.setBusyTimeout({});
     try {
-        sqlite::Statement(m_database->connection, "PRAGMA wal_checkpoint(TRUNCATE)").step();
+        sqlite::Statement checkpoint(connection, "PRAGMA wal_checkpoint(TRUNCATE)");
+        // That others stood in the way is no error, but the first number of its answer.
+        isCleared = checkpoint.step() && checkpoint.integer(0) == 0;
     } catch (const sqlite::SqliteError& failure) {
-        // Somebody reads just now, or the disk fails; the next deletion brings another chance, and so does
-        // the end.
         qCWarning(lcStore).noquote().nospace()
             << "[KovaStore] log not cleared (" << failure.error.message << ").";
     }
+    connection.setBusyTimeout(runningTimeout);
+    return isCleared;
 }
 
 void ModelContainer::tell(const StoreChange& change, const ModelContext* author) {

@@ -47,8 +47,9 @@ public:
     bool foldForSearch(std::size_t from, std::size_t count) const;
 
     /// Clears the database's log of what has been deleted; the file itself never keeps it. Waits for the
-    /// disk, so it is for a quiet moment after `onRowsDeleted`.
-    void scrub();
+    /// disk, so it is for a quiet moment after `onRowsDeleted`, but for nobody who reads. False if it is not
+    /// cleared: then somebody reads just now, or, with a log line, the disk fails.
+    [[nodiscard]] bool scrub();
 
     /// A save has deleted rows.
     std::function<void()> onRowsDeleted;

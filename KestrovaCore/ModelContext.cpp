@@ -335,6 +335,10 @@ std::optional<QByteArray> ModelContext::readImageData(ItemID id) const {
     return m_container.readImageData(id);
 }
 
+const QString& ModelContext::storePath() const {
+    return m_container.path();
+}
+
 template<typename Record>
 void ModelContext::tellQueries() {
     // Whoever is told may make and drop queries.

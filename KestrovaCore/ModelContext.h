@@ -74,6 +74,7 @@ private:
     void forget(const ClipboardItem& item);
     void forget(const KovaCollection& collection);
     std::optional<QByteArray> readImageData(ItemID id) const;
+    const QString& storePath() const;
 
     // Called by the live queries.
     template<typename Record>

@@ -134,7 +134,8 @@ std::vector<std::string> creations() {
                    column.declaration;
         statements.push_back(sql + table.constraint + ')');
     }
-    statements.push_back("PRAGMA user_version = " + std::to_string(fileVersion));
+    auto& version = statements.emplace_back("PRAGMA user_version = ");
+    version += std::to_string(fileVersion);
     return statements;
 }
 

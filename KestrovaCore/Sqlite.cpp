@@ -50,16 +50,23 @@ void Connection::Close::operator()(sqlite3* handle) const {
     sqlite3_close_v2(handle);
 }
 
-Connection::Connection(const QString& path, std::chrono::milliseconds busyTimeout) {
+Connection::Connection(const QString& path, int flags) {
     sqlite3* handle = nullptr;
     // One thread uses the connection, so SQLite need not guard it.
     const int code =
-        sqlite3_open_v2(QFile::encodeName(path).constData(), &handle,
-                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+        sqlite3_open_v2(QFile::encodeName(path).constData(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     m_handle.reset(handle);
     if (code != SQLITE_OK)
         throw errorOf(handle, code);
     sqlite3_extended_result_codes(handle, 1);
+}
+
+Connection Connection::forReading(const QString& path) {
+    return Connection(path, SQLITE_OPEN_READONLY);
+}
+
+Connection::Connection(const QString& path, std::chrono::milliseconds busyTimeout)
+    : Connection(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE) {
     setBusyTimeout(busyTimeout);
     // SQLite falls back to reading alone where it may not write; a history that cannot be written is of no
     // use.

@@ -28,6 +28,8 @@ public:
     /// Opens or creates the file, which must be writable. `busyTimeout` is how long each step waits for
     /// others.
     Connection(const QString& path, std::chrono::milliseconds busyTimeout);
+    /// Opens an existing file that this connection will never write.
+    static Connection forReading(const QString& path);
 
     sqlite3* handle() const { return m_handle.get(); }
     void setBusyTimeout(std::chrono::milliseconds timeout);
@@ -42,6 +44,8 @@ private:
     struct Close {
         void operator()(sqlite3* handle) const;
     };
+    Connection(const QString& path, int flags);
+
     std::unique_ptr<sqlite3, Close> m_handle;
 };
 

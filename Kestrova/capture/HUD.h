@@ -22,10 +22,4 @@ public:
     std::function<std::optional<double>()> shelfPanelBottomY;
 };
 
-/// Stands where there is no toast to show: nothing on the screen belongs to the program.
-class NoHUD final : public HUD {
-public:
-    void show(const std::shared_ptr<ClipboardItem>&, HUDEvent) override {}
-};
-
 } // namespace kestrova

@@ -20,13 +20,19 @@ PasteboardEntry PasteService::entry(const ClipboardItem& item) {
             return PngData{*std::move(png)};
         break;
     case ClipboardItemType::file:
-        if (item.fileURLString())
-            // "Parses as a URL" asks for a scheme: a bare path would be taken for a relative reference.
-            if (const QUrl url(*item.fileURLString()); url.isValid() && !url.isRelative())
-                return FileReference{url};
+        if (const auto url = fileURL(item))
+            return FileReference{*url};
         break;
     }
     return PlainText{item.content()};
+}
+
+std::optional<QUrl> PasteService::fileURL(const ClipboardItem& item) {
+    if (!item.fileURLString())
+        return {};
+    // "Parses as a URL" asks for a scheme: a bare path would be taken for a relative reference.
+    const QUrl url(*item.fileURLString());
+    return url.isValid() && !url.isRelative() ? std::optional(url) : std::nullopt;
 }
 
 void PasteService::write(const ClipboardItem& item, Pasteboard& pasteboard) {

@@ -22,6 +22,10 @@ namespace PasteService {
 /// file that lacks what it needs for that is its text as well.
 PasteboardEntry entry(const ClipboardItem& item);
 
+/// The file that `item` stands for. Absent if what was stored of it cannot be read as a URL; there need be no
+/// such file any more.
+std::optional<QUrl> fileURL(const ClipboardItem& item);
+
 /// Puts `item` on the general pasteboard. The caller stores the counter in `ownWriteChangeCount` right
 /// afterwards.
 void write(const ClipboardItem& item, Pasteboard& pasteboard);

@@ -8,5 +8,7 @@ namespace kestrova {
 QFont interfaceFont(double size, QFont::Weight weight = QFont::Normal);
 /// The same of the desktop's font for code.
 QFont fixedInterfaceFont(double size);
+/// A length in whole points that grows with the desktop's font but never gets shorter than `points`.
+int interfaceLength(double points);
 
 } // namespace kestrova

@@ -20,6 +20,8 @@ public:
     void glideTo(bool on);
     /// Ends there at once, where nobody sees the way.
     void jumpTo(bool on);
+    /// Is at once where it was going.
+    void finish() { jumpTo(m_isOn); }
 
 private:
     double end() const { return m_isOn ? 1 : 0; }

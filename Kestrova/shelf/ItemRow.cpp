@@ -1,6 +1,7 @@
 #include "Kestrova/shelf/ItemRow.h"
 
-#include "Kestrova/shelf/ParsedColor.h"
+#include "Kestrova/detail/ColorFormats.h"
+#include "Kestrova/detail/QtColor.h"
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <QTextBoundaryFinder>
@@ -19,27 +20,8 @@ bool standsAlone(QChar letter) {
     return (code < 0x300 && code != u'\r') || (code >= 0xAC00 && code <= 0xD7A3);
 }
 
-/// The first characters as a person counts them. Rows are made at each painting, so ordinary text is not
-/// walked by the segmentation.
-QStringView firstCharacters(QStringView text, qsizetype count) {
-    const auto plain = text.first(std::min(count + 1, text.size()));
-    if (std::ranges::all_of(plain, standsAlone))
-        return text.first(std::min(count, text.size()));
-    for (qsizetype looked = 4 * count;; looked *= 4) {
-        const auto piece = text.first(std::min(looked, text.size()));
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, piece.data(), piece.size());
-        for (qsizetype passed = 0; passed < count && finder.toNextBoundary() != -1; ++passed) {
-        }
-        // At the piece's end the last character may be cut, unless the text ends there too.
-        if (const auto end = finder.position(); end != -1 && end < piece.size())
-            return text.first(end);
-        if (piece.size() == text.size())
-            return text;
-    }
-}
-
 QString oneLine(const QString& content) {
-    auto line = firstCharacters(content, textLength).toString();
+    auto line = firstCharacters(content).toString();
     line.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
     for (const auto newline : {u'\n', u'\v', u'\f', u'\r', u'\u0085', u'\u2028', u'\u2029'})
         line.replace(QChar(newline), u' ');
@@ -60,7 +42,7 @@ QString pictureText(const ClipboardItem& item) {
 }
 
 /// Very dark and very light texts would vanish on the panel.
-bool isReadable(const QColor& color) {
+bool isReadable(const RGBA& color) {
     const double luminance = relativeLuminance(color);
     return luminance > 0.15 && luminance < 0.85;
 }
@@ -84,6 +66,24 @@ QString symbolName(ClipboardItemType type) {
     Q_UNREACHABLE();
 }
 
+QStringView firstCharacters(QStringView text) {
+    // Rows are made at each painting, so ordinary text is not walked by the segmentation.
+    const auto plain = text.first(std::min(textLength + 1, text.size()));
+    if (std::ranges::all_of(plain, standsAlone))
+        return text.first(std::min(textLength, text.size()));
+    for (qsizetype looked = 4 * textLength;; looked *= 4) {
+        const auto piece = text.first(std::min(looked, text.size()));
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, piece.data(), piece.size());
+        for (qsizetype passed = 0; passed < textLength && finder.toNextBoundary() != -1; ++passed) {
+        }
+        // At the piece's end the last character may be cut, unless the text ends there too.
+        if (const auto end = finder.position(); end != -1 && end < piece.size())
+            return text.first(end);
+        if (piece.size() == text.size())
+            return text;
+    }
+}
+
 QString primaryText(const ClipboardItem& item) {
     switch (item.type()) {
     case ClipboardItemType::image:
@@ -100,20 +100,22 @@ QString primaryText(const ClipboardItem& item) {
     Q_UNREACHABLE();
 }
 
-double relativeLuminance(const QColor& color) {
-    return 0.2126 * color.redF() + 0.7152 * color.greenF() + 0.0722 * color.blueF();
+double relativeLuminance(const RGBA& color) {
+    return 0.2126 * color.r + 0.7152 * color.g + 0.0722 * color.b;
 }
 
 ItemRow ItemRow::of(const ClipboardItem& item, std::size_t position) {
     ItemRow row;
     row.symbol = symbolName(item.type());
     row.hasThumbnail = item.type() == ClipboardItemType::image && item.hasImageData();
-    if (item.type() == ClipboardItemType::color)
-        row.swatch = parsedColor(item.content());
     row.primaryText = kestrova::primaryText(item);
-    if (row.swatch && isReadable(*row.swatch))
-        // The swatch beside it shows how far the colour lets its ground through; a text must not.
-        row.primaryColor = QColor::fromRgb(row.swatch->rgb());
+    if (item.type() == ClipboardItemType::color)
+        if (const auto color = parseColor(item.content())) {
+            row.swatch = qColor(*color);
+            // The swatch beside it shows how far the colour lets its ground through; a text must not.
+            if (isReadable(*color))
+                row.primaryColor = qColor({color->r, color->g, color->b, 1});
+        }
     row.isPinned = item.pinned();
     if (position < quickPasteRows)
         row.quickPasteIndex = static_cast<int>(position) + 1;

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QString>
+#include <QStringView>
 
 #include <cstddef>
 #include <optional>
@@ -11,6 +12,7 @@
 namespace kestrova {
 
 class ClipboardItem;
+struct RGBA;
 
 /// What one row of the list shows of an item. Pure values, made anew whenever a row is painted.
 struct ItemRow {
@@ -34,9 +36,11 @@ struct ItemRow {
 
 /// The symbol that stands for a kind of item, on rows and on chips.
 QString symbolName(ClipboardItemType type);
+/// The first 120 characters as a person counts them.
+QStringView firstCharacters(QStringView text);
 /// One line of text that tells what the item is.
 QString primaryText(const ClipboardItem& item);
-/// 0 is black, 1 is white.
-double relativeLuminance(const QColor& color);
+/// 0 is black, 1 is white; a colour with channels outside 0 to 1 may lie beyond.
+double relativeLuminance(const RGBA& color);
 
 } // namespace kestrova

@@ -53,6 +53,8 @@ std::optional<std::ptrdiff_t> digitOf(const QString& characters) {
 struct ShelfKeyboard::CommandBinding {
     std::uint16_t keyCode;
     bool (ShelfKeyboard::*run)();
+    /// Whether a key that is held does it again and again.
+    bool repeats = false;
 };
 
 /// What one key does, by column.
@@ -66,7 +68,7 @@ struct ShelfKeyboard::LaneRules {
 struct ShelfKeyboard::Tables {
     using K = ShelfKeyboard;
 
-    static constexpr std::array commandKeys{CommandBinding{VirtualKey::z, &K::undo},
+    static constexpr std::array commandKeys{CommandBinding{VirtualKey::z, &K::undo, true},
                                             CommandBinding{VirtualKey::c, &K::copy},
                                             CommandBinding{VirtualKey::e, &K::edit},
                                             CommandBinding{VirtualKey::p, &K::togglePin},
@@ -100,6 +102,14 @@ void ShelfKeyboard::modifiersChanged(std::uint32_t flags) {
     });
 }
 
+void ShelfKeyboard::modifiersReleased(std::uint32_t flags) {
+    m_view.perform([&] {
+        m_view._optionHeld &= (flags & ModifierFlags::option) != 0;
+        m_view._commandHeld &= (flags & ModifierFlags::command) != 0;
+        m_view._controlHeld &= (flags & ModifierFlags::control) != 0;
+    });
+}
+
 bool ShelfKeyboard::handle(const KeyEvent& event) {
     if (event.keyCode == VirtualKey::escape) {
         leave();
@@ -111,14 +121,14 @@ bool ShelfKeyboard::handle(const KeyEvent& event) {
     const bool isPlain = (event.modifierFlags & disqualifiesPlainKey) == 0;
     if (isPlain &&
         std::ranges::find(Tables::plainKeys, event.keyCode, &LaneRules::keyCode) != Tables::plainKeys.end())
-        return laneKey(event);
+        return plainKey(event);
     const auto modifiers = event.modifierFlags & deviceIndependent;
-    if (modifiers == ModifierFlags::command && commandKey(event.keyCode))
+    if (modifiers == ModifierFlags::command && commandKey(event))
         return true;
     // Exact: arrows carry further bits, and so an arrow from a keyboard is not taken here.
     if (modifiers == ModifierFlags::option && optionKey(event.keyCode))
         return true;
-    if (modifiers == optionAndCommand && optionCommandKey(event.keyCode))
+    if (modifiers == optionAndCommand && optionCommandKey(event))
         return true;
     return digit(event);
 }
@@ -130,9 +140,26 @@ void ShelfKeyboard::leave() {
         m_view.onDismiss();
 }
 
-bool ShelfKeyboard::commandKey(std::uint16_t keyCode) {
-    const auto* const binding = std::ranges::find(Tables::commandKeys, keyCode, &CommandBinding::keyCode);
-    return binding != Tables::commandKeys.end() && (this->*binding->run)();
+bool ShelfKeyboard::plainKey(const KeyEvent& event) {
+    const bool presses = event.keyCode == VirtualKey::returnKey || event.keyCode == VirtualKey::space;
+    if (m_view._controlFocused && presses)
+        return false;
+    const bool isTaken = laneKey(event);
+    // The arrows walk the lanes from anywhere, and take the keyboard with them.
+    if (isTaken)
+        m_view._controlFocused = false;
+    return isTaken;
+}
+
+bool ShelfKeyboard::commandKey(const KeyEvent& event) {
+    const auto* const binding =
+        std::ranges::find(Tables::commandKeys, event.keyCode, &CommandBinding::keyCode);
+    if (binding == Tables::commandKeys.end())
+        return false;
+    // Whoever holds a key a little too long means one item, and not those that come to stand in its place.
+    if (event.isRepeat && !binding->repeats)
+        return true;
+    return (this->*binding->run)();
 }
 
 bool ShelfKeyboard::optionKey(std::uint16_t keyCode) {
@@ -143,13 +170,15 @@ bool ShelfKeyboard::optionKey(std::uint16_t keyCode) {
     return true;
 }
 
-bool ShelfKeyboard::optionCommandKey(std::uint16_t keyCode) {
-    switch (keyCode) {
+bool ShelfKeyboard::optionCommandKey(const KeyEvent& event) {
+    switch (event.keyCode) {
     case VirtualKey::i:
-        m_view._previewVisible.flip();
+        if (!event.isRepeat)
+            m_view._previewVisible.flip();
         return true;
     case VirtualKey::s:
-        m_view._sidebarVisible.flip();
+        if (!event.isRepeat)
+            m_view._sidebarVisible.flip();
         return true;
     default:
         return false;
@@ -216,7 +245,7 @@ bool ShelfKeyboard::showActions() {
 }
 
 bool ShelfKeyboard::flipViewMode() {
-    m_view._viewMode = m_view._viewMode == ShelfViewMode::list ? ShelfViewMode::grid : ShelfViewMode::list;
+    m_view.flipViewMode();
     return true;
 }
 
@@ -378,7 +407,7 @@ bool ShelfKeyboard::preview(const KeyEvent&) {
 
 void ShelfKeyboard::goToTags() {
     m_view._lane = KeyboardLane::tags;
-    m_view._activeTagIndex = static_cast<std::size_t>(chipPosition());
+    m_view._activeTagIndex = m_view.chipPosition();
 }
 
 bool ShelfKeyboard::goToSidebarIfShown() {
@@ -401,9 +430,7 @@ bool ShelfKeyboard::stepToChip(std::ptrdiff_t position) {
 }
 
 std::ptrdiff_t ShelfKeyboard::chipPosition() const {
-    const auto& types = m_view.availableTypes();
-    const auto chip = m_view._typeFilter ? std::ranges::find(types, *m_view._typeFilter) : types.end();
-    return chip == types.end() ? 0 : chip - types.begin() + 1;
+    return static_cast<std::ptrdiff_t>(m_view.chipPosition());
 }
 
 std::ptrdiff_t ShelfKeyboard::selectionIndex() const {
@@ -415,8 +442,7 @@ std::ptrdiff_t ShelfKeyboard::columns() const {
 }
 
 std::ptrdiff_t ShelfKeyboard::sidebarRowCount() const {
-    // All, pinned and screenshots stand before the collections.
-    return std::ssize(m_view.allCollections()) + 3;
+    return std::ssize(m_view.allCollections()) + static_cast<std::ptrdiff_t>(fixedLensCount);
 }
 
 } // namespace kestrova

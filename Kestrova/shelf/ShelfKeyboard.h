@@ -19,6 +19,8 @@ public:
     bool handleKey(const KeyEvent& event);
     /// `flags` are those of `ModifierFlags`.
     void modifiersChanged(std::uint32_t flags);
+    /// Of the modifiers that the shelf takes for held, only those in `flags` still are.
+    void modifiersReleased(std::uint32_t flags);
 
 private:
     struct CommandBinding;
@@ -28,9 +30,10 @@ private:
     // The steps of `handleKey`, each for the keys that the ones before it left.
     bool handle(const KeyEvent& event);
     void leave();
-    bool commandKey(std::uint16_t keyCode);
+    bool plainKey(const KeyEvent& event);
+    bool commandKey(const KeyEvent& event);
     bool optionKey(std::uint16_t keyCode);
-    bool optionCommandKey(std::uint16_t keyCode);
+    bool optionCommandKey(const KeyEvent& event);
     bool digit(const KeyEvent& event);
 
     // What command keys do; false if there is nothing to do it to.

@@ -2,8 +2,11 @@
 
 #include "Platform/Animation.h"
 #include "Platform/Screens.h"
+#include "Platform/Sharing.h"
 
 #include <cstdint>
+#include <functional>
+#include <vector>
 
 namespace kestrova {
 
@@ -36,6 +39,11 @@ public:
     /// Ends the editing of whichever text control has the focus, and gives the focus to the window's content,
     /// so that keys no longer reach the control.
     virtual void endEditing() = 0;
+
+    /// Lets the person choose one of the ways to share; without any it says so. `done` is told of the choice
+    /// and of nothing else.
+    virtual void pickShareTarget(const std::vector<ShareTarget>& targets,
+                                 std::function<void(const ShareTarget&)> done) = 0;
 };
 
 } // namespace kestrova

@@ -17,8 +17,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double panelHeight = 540;
-constexpr double fullPanelWidth = 960;
+constexpr double panelHeight = ShelfFrame::height;
 // Of the visible height: the gap above the panel.
 constexpr double topGap = 0.15;
 constexpr auto fadeInDuration = 160ms;
@@ -39,7 +38,7 @@ ShelfPanelController::ShelfPanelController(const Surroundings& surroundings)
                        .hud = surroundings.hud}),
       // The view is not asked: with a sidebar that was hidden in an earlier run the window is wider than its
       // content until the first change.
-      m_currentWidth(fullPanelWidth),
+      m_currentWidth(ShelfFrame::width),
       m_self(std::make_shared<ShelfPanelController*>(this)) {
     using Item = std::shared_ptr<ClipboardItem>;
     const std::weak_ptr self = m_self;
@@ -61,6 +60,8 @@ ShelfPanelController::ShelfPanelController(const Surroundings& surroundings)
         if (const auto controller = self.lock())
             (*controller)->changeWidth(width);
     };
+    // Not `hidePanel`: the application that was in front before would cover the one that is opened.
+    callbacks.onStepAside = whileAlive([](ShelfPanelController& controller) { controller.fadeOut(); });
     m_view = std::make_unique<ShelfPanelView>(
         ShelfPanelView::Surroundings{.container = surroundings.modelContainer,
                                      .mainQueue = surroundings.mainQueue,
@@ -68,7 +69,9 @@ ShelfPanelController::ShelfPanelController(const Surroundings& surroundings)
                                      .defaults = surroundings.defaults,
                                      .eventMonitors = surroundings.eventMonitors,
                                      .hud = surroundings.hud,
-                                     .panel = surroundings.panel},
+                                     .panel = surroundings.panel,
+                                     .workspace = surroundings.workspace,
+                                     .sharing = surroundings.sharing},
         std::move(callbacks));
     surroundings.panel.setContent(*m_view);
     surroundings.hud.shelfPanelBottomY = [self]() -> std::optional<double> {
@@ -121,7 +124,7 @@ void ShelfPanelController::togglePanel() {
 
 void ShelfPanelController::showPanel() {
     auto& panel = m_surroundings.panel;
-    m_previousApp = m_surroundings.workspace.frontmostApplication();
+    notePreviousApp();
     if (const auto place = frame())
         panel.setFrame(*place);
     panel.setAlpha(0);
@@ -133,6 +136,13 @@ void ShelfPanelController::showPanel() {
     m_view->shelfPanelDidShow();
     panel.animateAlpha(1, fadeInDuration, AnimationTiming::easeOut);
     installMouseMonitor();
+}
+
+void ShelfPanelController::notePreviousApp() {
+    auto front = m_surroundings.workspace.frontmostApplication();
+    // A panel that is up already is where the person pastes from, never into.
+    if (!front || front->window != m_surroundings.panel.windowNumber())
+        m_previousApp = std::move(front);
 }
 
 void ShelfPanelController::hidePanel() {

@@ -16,6 +16,7 @@ class EventMonitors;
 class ModelContainer;
 class ShelfPanel;
 class ShelfPanelView;
+class Sharing;
 class UserDefaults;
 
 /// Owns what happens to the shelf's window: where it stands, how it comes and goes, and how the keyboard is
@@ -36,6 +37,7 @@ public:
         UserDefaults& defaults;
         HUD& hud;
         ShelfPanel& panel;
+        Sharing& sharing;
     };
 
     explicit ShelfPanelController(const Surroundings& surroundings);
@@ -61,7 +63,8 @@ public:
     void paste(const std::shared_ptr<ClipboardItem>& item);
 
     ShelfPanelView& view() { return *m_view; }
-    /// The application that was in front when the panel was last shown.
+    /// The application that was in front when the panel was last shown. The panel itself is none: where it
+    /// was in front, the one before stands.
     const std::optional<RunningApplication>& previousApp() const { return m_previousApp; }
     /// Where the panel would stand on the screen under the mouse; absent if there is no screen.
     std::optional<ScreenRect> frame() const;
@@ -70,6 +73,7 @@ public:
     std::function<void(const std::shared_ptr<ClipboardItem>&)> onEditImageRequested;
 
 private:
+    void notePreviousApp();
     void fadeOut();
     void pressedElsewhere();
     bool isAnotherInFront() const;

@@ -10,16 +10,14 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 #include <utility>
 
 namespace kestrova {
 namespace {
 
-constexpr double widthWithSidebar = 960;
-constexpr double widthWithoutSidebar = 760;
 constexpr std::size_t deletionsKept = 20;
-// The rows of the sidebar that are no collection: all, pinned, screenshots.
-constexpr std::ptrdiff_t fixedRows = 3;
+constexpr auto fixedRows = static_cast<std::ptrdiff_t>(fixedLensCount);
 
 QString themeKey() {
     return QStringLiteral("themePreference");
@@ -48,11 +46,28 @@ bool isBetweenAllAndPinned(const CollectionFilter& from, const CollectionFilter&
 
 } // namespace
 
+template<typename Change>
+void ShelfPanelView::changeAndSave(Change&& change) {
+    // A row whose save failed still has its temporary identifier; if this one works, it gets its own.
+    const auto unsaved = _selection && _selection->isTemporary() ? m_context.item(*_selection) : nullptr;
+    const bool isOnUnsaved = _collectionFilter.kind() == CollectionFilter::Kind::collection &&
+                             _collectionFilter.collectionID().isTemporary();
+    const auto unsavedCollection =
+        isOnUnsaved ? m_context.collection(_collectionFilter.collectionID()) : nullptr;
+    static_cast<void>(std::forward<Change>(change)());
+    m_lists.itemsChanged();
+    if (unsaved)
+        _selection = unsaved->id();
+    if (unsavedCollection)
+        _collectionFilter = CollectionFilter::collection(unsavedCollection->id());
+}
+
 ShelfPanelView::ShelfPanelView(const Surroundings& surroundings, Callbacks callbacks)
     : onSelect(std::move(callbacks.onSelect)),
       onDismiss(std::move(callbacks.onDismiss)),
       onEditImage(std::move(callbacks.onEditImage)),
       onPanelWidthChange(std::move(callbacks.onPanelWidthChange)),
+      onStepAside(std::move(callbacks.onStepAside)),
       _sidebarVisible(surroundings.defaults, QStringLiteral("shelfSidebarVisible"), true),
       _previewVisible(surroundings.defaults, QStringLiteral("shelfPreviewVisible"), true),
       m_surroundings(surroundings),
@@ -60,6 +75,16 @@ ShelfPanelView::ShelfPanelView(const Surroundings& surroundings, Callbacks callb
       m_items(m_context),
       m_allCollections(m_context),
       m_operations(m_context, surroundings.pasteboard, surroundings.hud),
+      m_handover({.mainQueue = surroundings.mainQueue,
+                  .workspace = surroundings.workspace,
+                  .sharing = surroundings.sharing,
+                  .panel = surroundings.panel},
+                 [this] { onStepAside(); }),
+      m_collectionOperations({.context = m_context,
+                              .all = m_allCollections,
+                              .sheetMode = _collectionSheetMode,
+                              .filter = _collectionFilter,
+                              .changeAndSave = [this](const auto& change) { changeAndSave(change); }}),
       m_lists(m_items, m_context),
       m_keyboard(std::make_unique<ShelfKeyboard>(*this)) {
     declareReactions();
@@ -83,8 +108,10 @@ ShelfPanelView::~ShelfPanelView() = default;
 void ShelfPanelView::declareReactions() {
     m_reactions.when([this] { return _searchFocused; },
                      [this](bool, bool focused) {
-                         if (focused)
-                             _lane = KeyboardLane::search;
+                         if (!focused)
+                             return;
+                         _lane = KeyboardLane::search;
+                         _controlFocused = false;
                      });
     m_reactions.when([this] { return _query; },
                      [this](const QString&, const QString&) { resetSelectionToFirst(); });
@@ -114,12 +141,22 @@ void ShelfPanelView::declareReactions() {
                          reportPanelWidth();
                          resignSearchFocus();
                      });
+    m_reactions.when([this] { return _collectionSheetMode; },
+                     [this](const auto&, const auto&) { m_collectionOperations.openSheet(); });
     m_reactions.watch([this] { return themeRaw(); });
     m_reactions.watch([this] { return std::pair(m_itemsRevision, m_collectionsRevision); });
     m_reactions.watch([this] { return std::array{_selection, _hoveredItem, _scrollTarget}; });
     m_reactions.watch([this] { return _route; });
+    m_reactions.watch([this] {
+        const auto* const sheet = collectionSheet();
+        return sheet
+                   ? std::optional{std::tuple(sheet->_name, sheet->_selectedColorHex, sheet->_hoveringSwatch,
+                                              sheet->_hoverHex, sheet->_nameFocused)}
+                   : std::nullopt;
+    });
     m_reactions.watch([this] { return std::array{_optionHeld, _commandHeld, _controlHeld}; });
     m_reactions.watch([this] { return std::pair(_lane, _activeTagIndex); });
+    m_reactions.watch([this] { return _controlFocused; });
 }
 
 void ShelfPanelView::lensChanged(const CollectionFilter& from, const CollectionFilter& to) {
@@ -151,6 +188,8 @@ void ShelfPanelView::viewAppears() {
 
 void ShelfPanelView::shelfPanelDidShow() {
     perform([this] {
+        // Where they were let go meanwhile, nobody told the shelf of it.
+        m_keyboard->modifiersReleased(0);
         resetSelectionToFirst();
         _lane = KeyboardLane::search;
         _searchFocused = true;
@@ -178,9 +217,12 @@ void ShelfPanelView::installMonitors() {
         });
     _modifierMonitor = m_surroundings.eventMonitors.addLocalMonitor(
         EventMask::flagsChanged, [this](const LocalEvent& event) {
-            // That all were let go is told when the window has gone from the screen already.
-            if (isOfThePanel(event) || (event.key.modifierFlags == 0 && goesToThePanel(event)))
+            if (isOfThePanel(event))
                 m_keyboard->modifiersChanged(event.key.modifierFlags);
+            else
+                // A modifier may be let go when the keyboard is with a menu of ours, or the panel has gone
+                // from the screen already.
+                m_keyboard->modifiersReleased(event.key.modifierFlags);
             return false;
         });
 }
@@ -191,7 +233,8 @@ void ShelfPanelView::removeMonitors() {
 }
 
 bool ShelfPanelView::isOfThePanel(const LocalEvent& event) const {
-    return m_surroundings.panel.isVisible() && goesToThePanel(event);
+    // Keys that are typed in the sheet are the sheet's.
+    return m_surroundings.panel.isVisible() && !_collectionSheetMode && goesToThePanel(event);
 }
 
 bool ShelfPanelView::goesToThePanel(const LocalEvent& event) const {
@@ -248,12 +291,20 @@ std::size_t ShelfPanelView::sidebarIndex() const {
     Q_UNREACHABLE();
 }
 
+std::size_t ShelfPanelView::chipPosition() const {
+    if (!_typeFilter)
+        return 0;
+    const auto& types = availableTypes();
+    const auto found = std::ranges::find(types, *_typeFilter);
+    return found == types.end() ? 0 : static_cast<std::size_t>(found - types.begin()) + 1;
+}
+
 std::optional<std::size_t> ShelfPanelView::indexInFilteredItems(std::optional<ItemID> id) const {
     return id ? m_lists.indexOf(*id, {_collectionFilter, _typeFilter, _query}) : std::nullopt;
 }
 
 double ShelfPanelView::panelWidth() const {
-    return _sidebarVisible ? widthWithSidebar : widthWithoutSidebar;
+    return _sidebarVisible ? ShelfFrame::width : ShelfFrame::widthWithoutSidebar;
 }
 
 std::optional<TabDropTarget> ShelfPanelView::dropTargetAt(QPointF point) const {
@@ -292,6 +343,10 @@ void ShelfPanelView::selectTypeChip(std::ptrdiff_t position) {
         _collectionFilter = CollectionFilter::all();
 }
 
+void ShelfPanelView::flipViewMode() {
+    _viewMode = _viewMode == ShelfViewMode::list ? ShelfViewMode::grid : ShelfViewMode::list;
+}
+
 void ShelfPanelView::moveSelection(std::ptrdiff_t delta) {
     const auto& shown = filteredItems();
     if (shown.empty())
@@ -319,21 +374,22 @@ void ShelfPanelView::resignSearchFocus() {
     _searchFocused = false;
 }
 
+void ShelfPanelView::enterLane(KeyboardLane lane) {
+    _lane = lane;
+    _controlFocused = false;
+    if (lane == KeyboardLane::tags)
+        _activeTagIndex = chipPosition();
+    if (lane == KeyboardLane::search)
+        _searchFocused = true;
+    else
+        resignSearchFocus();
+}
+
 void ShelfPanelView::popRoute() {
     _route = std::exchange(_suspendedRoute, std::nullopt);
 }
 
 // Operations on an item
-
-template<typename Change>
-void ShelfPanelView::changeAndSave(Change&& change) {
-    // A row whose save failed still has its temporary identifier; if this one works, it gets its own.
-    const auto unsaved = _selection && _selection->isTemporary() ? m_context.item(*_selection) : nullptr;
-    static_cast<void>(std::forward<Change>(change)());
-    m_lists.itemsChanged();
-    if (unsaved)
-        _selection = unsaved->id();
-}
 
 void ShelfPanelView::copy(const std::shared_ptr<ClipboardItem>& item) {
     m_operations.copy(item);
@@ -344,6 +400,8 @@ void ShelfPanelView::writeToPasteboard(const ClipboardItem& item) {
 }
 
 void ShelfPanelView::togglePin(ClipboardItem& item) {
+    if (item.isDeleted())
+        return;
     changeAndSave([&] { return m_operations.togglePin(item); });
 }
 
@@ -372,7 +430,12 @@ void ShelfPanelView::preview(const std::shared_ptr<ClipboardItem>& item) {
 
 void ShelfPanelView::saveEdit(ClipboardItem& item, const QString& content) {
     changeAndSave([&] {
-        item.setContent(content);
+        if (!item.isDeleted())
+            item.setContent(content);
+        else if (content != item.content())
+            // Nothing that was typed is lost.
+            m_context.insert(std::make_shared<ClipboardItem>(
+                content, item.type(), std::nullopt, currentTimestamp(), false, ItemSource::clipboard));
         return m_context.save();
     });
     popRoute();
@@ -395,15 +458,28 @@ void ShelfPanelView::toggleCollection(ClipboardItem& item,
 }
 
 void ShelfPanelView::itemTapped() {
-    _lane = KeyboardLane::list;
-    resignSearchFocus();
+    enterLane(KeyboardLane::list);
 }
 
 void ShelfPanelView::deleteItem(ClipboardItem& item) {
+    if (item.isDeleted())
+        return;
     _deletedStack.push_back(DeletedItemSnapshot::of(item));
     if (_deletedStack.size() > deletionsKept)
         _deletedStack.erase(_deletedStack.begin());
     changeAndSave([&] { return m_operations.deleteItem(item); });
+}
+
+void ShelfPanelView::openFile(const ClipboardItem& item) {
+    m_handover.openFile(item);
+}
+
+void ShelfPanelView::revealFile(const ClipboardItem& item) {
+    m_handover.revealFile(item);
+}
+
+void ShelfPanelView::share(const std::shared_ptr<ClipboardItem>& item) {
+    m_handover.share(item);
 }
 
 void ShelfPanelView::undoLastDelete() {
@@ -429,6 +505,16 @@ void ShelfPanelView::dropURLs(const QList<QUrl>& urls) {
     });
     if (last)
         m_surroundings.hud.show(last, HUDEvent::copied);
+}
+
+// Operations on a collection
+
+void ShelfPanelView::presentCollectionSheet(const CollectionEditSheet::Mode& mode) {
+    _collectionSheetMode = mode;
+}
+
+void ShelfPanelView::deleteCollection(const std::shared_ptr<KovaCollection>& collection) {
+    m_collectionOperations.deleteCollection(collection);
 }
 
 } // namespace kestrova

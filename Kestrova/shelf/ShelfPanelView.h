@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Kestrova/shelf/CollectionEditSheet.h"
+#include "Kestrova/shelf/CollectionOperations.h"
 #include "Kestrova/shelf/DeletedItemSnapshot.h"
+#include "Kestrova/shelf/ItemHandover.h"
 #include "Kestrova/shelf/ItemOperations.h"
 #include "Kestrova/shelf/ShelfLists.h"
 #include "Kestrova/shelf/ShelfTypes.h"
@@ -36,6 +39,8 @@ class ModelContainer;
 class Pasteboard;
 class ShelfKeyboard;
 class ShelfPanel;
+class Sharing;
+class Workspace;
 
 /// The single holder of the shelf's state: what is looked at, what is selected, where the keyboard is. Lists,
 /// sidebar, chips and keys are functions of the fields below; nothing else of the shelf keeps a selection or
@@ -54,6 +59,8 @@ public:
         EventMonitors& eventMonitors;
         HUD& hud;
         ShelfPanel& panel;
+        Workspace& workspace;
+        Sharing& sharing;
     };
     using ItemAction = std::function<void(const std::shared_ptr<ClipboardItem>&)>;
     using Items = std::vector<std::shared_ptr<ClipboardItem>>;
@@ -65,6 +72,8 @@ public:
         std::function<void()> onDismiss;
         ItemAction onEditImage;
         std::function<void(double)> onPanelWidthChange;
+        /// Another application is about to be in front and keeps the keyboard.
+        std::function<void()> onStepAside;
     };
 
     ShelfPanelView(const Surroundings& surroundings, Callbacks callbacks);
@@ -95,6 +104,11 @@ public:
     std::shared_ptr<KovaCollection> activeCollection() const;
     std::shared_ptr<ClipboardItem> currentItem() const;
     std::size_t sidebarIndex() const;
+    /// Of the chip that is chosen; 0 if there is no such chip.
+    std::size_t chipPosition() const;
+    /// The lists above hold no item any more until they are read again. For a shelf that is out of sight: an
+    /// item that is held somewhere has its picture read before it is deleted.
+    void dropLists() { m_lists.itemsChanged(); }
     const Items& items() const { return m_items.results(); }
     /// Moves on with each change of `items`, or of a field of one of them.
     std::uint64_t itemsRevision() const { return m_itemsRevision; }
@@ -109,28 +123,45 @@ public:
     // Operations on the state. To be called inside `perform`.
     void selectSidebarRow(std::ptrdiff_t row);
     void selectTypeChip(std::ptrdiff_t position);
+    void flipViewMode();
     void moveSelection(std::ptrdiff_t delta);
     void resetSelectionToFirst();
     void resignSearchFocus();
+    /// The keyboard goes there, as by the keys of the neighbouring lanes.
+    void enterLane(KeyboardLane lane);
     void popRoute();
 
     // Operations on an item. To be called inside `perform`.
     void copy(const std::shared_ptr<ClipboardItem>& item);
     /// As `copy`, without the toast.
     void writeToPasteboard(const ClipboardItem& item);
+    /// Nothing happens to an item that has been deleted meanwhile; so too in `deleteItem`.
     void togglePin(ClipboardItem& item);
     static bool isEditable(const ClipboardItem& item);
     void edit(const std::shared_ptr<ClipboardItem>& item);
     void preview(const std::shared_ptr<ClipboardItem>& item);
+    /// Of an item that has been deleted meanwhile, what was typed becomes a new one.
     void saveEdit(ClipboardItem& item, const QString& content);
     void addToCollection(ClipboardItem& item, const std::shared_ptr<KovaCollection>& collection);
     void removeFromCollection(ClipboardItem& item, const KovaCollection& collection);
     void toggleCollection(ClipboardItem& item, const std::shared_ptr<KovaCollection>& collection);
     void itemTapped();
     void deleteItem(ClipboardItem& item);
+    /// With its default application. Nothing happens to an item without a file; so too in `revealFile`.
+    void openFile(const ClipboardItem& item);
+    void revealFile(const ClipboardItem& item);
+    /// On the next turn asks for an application, and hands the item over to the one that is chosen.
+    void share(const std::shared_ptr<ClipboardItem>& item);
     void undoLastDelete();
     /// Makes one item of each URL that was dropped on the lists.
     void dropURLs(const QList<QUrl>& urls);
+
+    // Operations on a collection. To be called inside `perform`.
+    void presentCollectionSheet(const CollectionEditSheet::Mode& mode);
+    /// The open sheet with what has been typed in it, or null. It outlives a hide.
+    CollectionEditSheet* collectionSheet() const { return m_collectionOperations.sheet(); }
+    /// The items stay in the history.
+    void deleteCollection(const std::shared_ptr<KovaCollection>& collection);
 
     // The state. Text and flags that are kept in the user defaults are read there at each use.
     QString themeRaw() const;
@@ -140,6 +171,7 @@ public:
     std::optional<ItemID> _scrollTarget;
     std::optional<ClipboardItemType> _typeFilter;
     CollectionFilter _collectionFilter = CollectionFilter::all();
+    std::optional<CollectionEditSheet::Mode> _collectionSheetMode;
     std::optional<DetailRoute> _route;
     std::optional<DetailRoute> _suspendedRoute;
     std::vector<DeletedItemSnapshot> _deletedStack;
@@ -155,6 +187,8 @@ public:
     std::optional<double> _dragReorderHoverX;
     ScheduledBlock _dragReorderPollTimer;
     bool _searchFocused = false;
+    /// A control that belongs to no lane has the keyboard: Return and Space press it.
+    bool _controlFocused = false;
     KeyboardLane _lane = KeyboardLane::search;
     std::size_t _activeTagIndex = 0;
     /// At least 1.
@@ -163,6 +197,7 @@ public:
     std::function<void()> onDismiss;
     ItemAction onEditImage;
     std::function<void(double)> onPanelWidthChange;
+    std::function<void()> onStepAside;
     StoredFlag _sidebarVisible;
     ShelfViewMode _viewMode = ShelfViewMode::list;
     StoredFlag _previewVisible;
@@ -186,6 +221,8 @@ private:
     ItemQuery m_items;
     CollectionQuery m_allCollections;
     ItemOperations m_operations;
+    ItemHandover m_handover;
+    CollectionOperations m_collectionOperations;
     mutable ShelfLists m_lists;
     std::uint64_t m_itemsRevision = 0;
     std::uint64_t m_collectionsRevision = 0;

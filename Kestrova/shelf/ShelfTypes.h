@@ -13,6 +13,19 @@ namespace kestrova {
 
 class KovaCollection;
 
+/// The outline of the shelf, in points.
+namespace ShelfFrame {
+inline constexpr int width = 960;
+inline constexpr int widthWithoutSidebar = 760;
+inline constexpr int height = 540;
+inline constexpr double cornerRadius = 12;
+} // namespace ShelfFrame
+
+/// The lenses that are no collection: all, pinned and screenshots. They are the first rows of the sidebar.
+inline constexpr std::size_t fixedLensCount = 3;
+/// So many rows or chips a digit reaches.
+inline constexpr std::size_t shortcutDigits = 9;
+
 enum class ShelfViewMode { list, grid };
 
 /// Which strip of the panel the arrow keys work in. In grid mode the lane is still `list`; nothing sets

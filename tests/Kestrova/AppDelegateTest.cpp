@@ -6,10 +6,12 @@
 #include "tests/support/FakeKeyboardLayout.h"
 #include "tests/support/FakeMenuTracking.h"
 #include "tests/support/FakeSystemTray.h"
+#include "tests/support/FakeTaskListPresence.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/ManualMainQueue.h"
 #include "tests/support/Ports.h"
 #include "tests/support/StoreFixture.h"
+#include "tests/support/TracedHUDPanel.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -44,10 +46,13 @@ protected:
     FakeKeyboardLayout m_keyboardLayout;
     FakeMenuTracking m_menuTracking;
     FakeSystemTray m_systemTray;
+    FakeTaskListPresence m_taskListPresence;
     TracedPanel m_panel{m_trace};
+    TracedSharing m_sharing{m_trace};
     InMemoryUserDefaults m_defaults;
     FakeMachineInfo m_machineInfo;
     FakeSingleInstance m_instance;
+    TracedHUDPanel* m_toast = nullptr;
     int m_terminations = 0;
     AppDelegate m_delegate{{.modelContainer = *m_container,
                             .mainQueue = m_queue,
@@ -64,7 +69,15 @@ protected:
                             .machineInfo = m_machineInfo,
                             .singleInstance = m_instance,
                             .systemTray = m_systemTray,
+                            .taskListPresence = m_taskListPresence,
                             .shelfPanel = m_panel,
+                            .sharing = m_sharing,
+                            .makeHUDPanel =
+                                [this] {
+                                    auto made = std::make_unique<TracedHUDPanel>(m_trace);
+                                    m_toast = made.get();
+                                    return made;
+                                },
                             .terminate = [this] { ++m_terminations; }}};
 };
 
@@ -128,6 +141,25 @@ TEST_F(AppDelegateTest, ClearsTheLogOfWhatWasDeletedASecondLater) {
     EXPECT_FALSE(log().contains("very-secret-words"));
 }
 
+TEST_F(AppDelegateTest, WhileSomebodyReadsItTriesToClearTheLogAgainASecondLater) {
+    m_delegate.applicationDidFinishLaunching();
+    m_pasteboard.copyElsewhere(QStringLiteral("very-secret-words"));
+    ForeignConnection reader(storeFile());
+    reader.execute("BEGIN");
+    ASSERT_EQ(reader.value("SELECT count(*) FROM ClipboardItem"), u"1");
+    m_instance.onCommand({QStringLiteral("delete"), QStringLiteral("1")});
+    const auto log = [&] {
+        QFile file(storeFile() + QStringLiteral("-wal"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    m_queue.advance(2s);
+    EXPECT_TRUE(log().contains("very-secret-words"));
+    reader.execute("COMMIT");
+    m_queue.advance(1s);
+    EXPECT_FALSE(log().contains("very-secret-words"));
+}
+
 TEST_F(AppDelegateTest, PreparesTheSearchInSlicesAfterTheLaunch) {
     ModelContext context(*m_container);
     for (int i = 0; i < 450; ++i)
@@ -166,14 +198,32 @@ TEST_F(AppDelegateTest, HasNoPlaceInTheTaskListUnlessShowInDockIsTrue) {
     const QString key = QStringLiteral("showInDock");
     m_delegate.applicationWillFinishLaunching();
     EXPECT_EQ(m_delegate.activationPolicy(), ActivationPolicy::accessory);
-    m_defaults.set(key, QStringLiteral("true"));
-    m_delegate.applicationWillFinishLaunching();
-    EXPECT_EQ(m_delegate.activationPolicy(), ActivationPolicy::accessory);
+    for (const QJsonValue& other : {QJsonValue(QStringLiteral("true")), QJsonValue(false)}) {
+        m_defaults.set(key, other);
+        m_delegate.applicationWillFinishLaunching();
+        EXPECT_EQ(m_delegate.activationPolicy(), ActivationPolicy::accessory);
+    }
+    EXPECT_EQ(m_taskListPresence.appearances, 0);
     m_defaults.set(key, true);
     // Only the next start takes it up.
     EXPECT_EQ(m_delegate.activationPolicy(), ActivationPolicy::accessory);
+    EXPECT_EQ(m_taskListPresence.appearances, 0);
     m_delegate.applicationWillFinishLaunching();
     EXPECT_EQ(m_delegate.activationPolicy(), ActivationPolicy::regular);
+    EXPECT_EQ(m_taskListPresence.appearances, 1);
+}
+
+TEST_F(AppDelegateTest, BeingChosenInTheTaskListShowsTheShelfOnce) {
+    m_defaults.set(QStringLiteral("showInDock"), true);
+    m_delegate.applicationWillFinishLaunching();
+    // There is no shelf yet, and nothing to do.
+    m_taskListPresence.onActivate();
+    m_delegate.applicationDidFinishLaunching();
+    m_taskListPresence.onActivate();
+    EXPECT_TRUE(m_panel.visible);
+    m_trace.take();
+    m_taskListPresence.onActivate();
+    EXPECT_EQ(m_trace.take(), QStringList());
 }
 
 // Super+Shift+V.
@@ -220,6 +270,84 @@ TEST_F(AppDelegateTest, TheMenuOpensAndClosesTheShelfAndEndsTheProgram) {
     EXPECT_EQ(m_terminations, 1);
 }
 
+TEST_F(AppDelegateTest, ACopyShowsTheToastUnderTheShelfsPlace) {
+    m_delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(m_toast, nullptr) << "nothing of it is made before it is needed";
+    m_trace.take();
+    m_pasteboard.copyElsewhere(QStringLiteral("words"));
+    EXPECT_THAT(m_trace.take(),
+                testing::ElementsAre(QStringLiteral("0 toast.setContent 0"),
+                                     QStringLiteral("0 toast.setAlpha 0"),
+                                     QStringLiteral("0 toast.setFrame 910,266 100x30"),
+                                     QStringLiteral("0 toast.orderFrontRegardless"),
+                                     QStringLiteral("0 toast.animate 910,272 100x30 to alpha 1 in 180")));
+}
+
+TEST_F(AppDelegateTest, TheToastStandsUnderTheShelfWhereTheMouseIs) {
+    m_screens.all.push_back(
+        {.identifier = 2, .frame = {1920, 0, 1000, 2000}, .visibleFrame = {1920, 0, 1000, 2000}, .scale = 1});
+    m_screens.mouse = {2000, 100};
+    m_screens.main = m_screens.all.front();
+    m_delegate.applicationDidFinishLaunching();
+    m_pasteboard.copyElsewhere(QStringLiteral("words"));
+    ASSERT_NE(m_toast, nullptr);
+    EXPECT_EQ(m_toast->rect, (ScreenRect{910, 2000 - 540 - 300 - 8 - 30, 100, 30}));
+}
+
+TEST_F(AppDelegateTest, ATapOnTheToastShowsTheShelfAndShowsItAgainIfItIsUp) {
+    m_delegate.applicationDidFinishLaunching();
+    m_pasteboard.copyElsewhere(QStringLiteral("words"));
+    ASSERT_NE(m_toast, nullptr);
+    RunningApplication editor;
+    editor.bundleIdentifier = QStringLiteral("editor");
+    m_workspace.frontmost = editor;
+    m_toast->onTap();
+    EXPECT_TRUE(m_panel.isVisible());
+    m_queue.advance(1s);
+    m_pasteboard.copyElsewhere(QStringLiteral("more words"));
+    m_workspace.frontmost->bundleIdentifier = QStringLiteral("com.brelvane.Kestrova");
+    m_workspace.frontmost->window = static_cast<std::uint32_t>(m_panel.windowNumber());
+    m_trace.take();
+    m_toast->onTap();
+    EXPECT_THAT(m_trace.take(),
+                testing::ElementsAre(QStringLiteral("1000 toast.animate 910,276 100x30 to alpha 0 in 220"),
+                                     QStringLiteral("1000 panel.setFrame"),
+                                     QStringLiteral("1000 panel.setAlpha 0"),
+                                     QStringLiteral("1000 panel.orderFrontRegardless"),
+                                     QStringLiteral("1000 workspace.activateOwnWindow 77"),
+                                     QStringLiteral("1000 panel.animateAlpha 1 160 easeOut"),
+                                     QStringLiteral("1000 monitors.addGlobal 10"),
+                                     QStringLiteral("1000 monitors.removeGlobal")));
+    // And the keyboard goes back to where it came from.
+    EXPECT_EQ(m_instance.onCommand({QStringLiteral("hide")}).exitStatus, 0);
+    EXPECT_THAT(m_trace.take().filter(QStringLiteral("workspace.")),
+                testing::ElementsAre(QStringLiteral("1000 workspace.activate editor")));
+}
+
+TEST_F(AppDelegateTest, TheToastIsJoinedInItsStepOfTheLaunch) {
+    m_delegate.onLaunchStep = [&](LaunchStep step) {
+        if (step != LaunchStep::hud)
+            return;
+        m_pasteboard.copyElsewhere(QStringLiteral("early"));
+        ASSERT_NE(m_toast, nullptr);
+        m_toast->onTap();
+        EXPECT_FALSE(m_panel.isVisible()) << "before its step";
+    };
+    m_delegate.applicationDidFinishLaunching();
+    m_toast->onTap();
+    EXPECT_TRUE(m_panel.isVisible());
+}
+
+TEST_F(AppDelegateTest, TheCopyCommandShowsTheToast) {
+    m_delegate.applicationDidFinishLaunching();
+    m_pasteboard.copyElsewhere(QStringLiteral("words"));
+    m_queue.advance(2s);
+    ASSERT_FALSE(m_toast->visible);
+    EXPECT_EQ(m_instance.onCommand({QStringLiteral("copy"), QStringLiteral("1")}).exitStatus, 0);
+    EXPECT_TRUE(m_toast->visible);
+    EXPECT_EQ(m_toast->event, HUDEvent::copied);
+}
+
 TEST_F(AppDelegateTest, TheCommandsOpenAndCloseTheShelf) {
     m_delegate.applicationDidFinishLaunching();
     const auto run = [&](const char* word) {
@@ -244,14 +372,20 @@ TEST_F(AppDelegateTest, ThePasteCommandAimsAtTheApplicationInFrontAndMakesNoPane
     m_workspace.frontmost = editor;
     m_delegate.applicationDidFinishLaunching();
     m_pasteboard.copyElsewhere(QStringLiteral("words"));
+    m_queue.advance(2s);
     m_trace.take();
     EXPECT_EQ(m_instance.onCommand({QStringLiteral("paste"), QStringLiteral("1")}).exitStatus, 0);
-    m_queue.advance(1s);
+    m_queue.advance(500ms);
     EXPECT_THAT(m_trace.take(),
-                testing::ElementsAre(QStringLiteral("0 accessibility.setSelectedText editor words"),
-                                     QStringLiteral("50 pasteboard.write words"),
-                                     QStringLiteral("50 workspace.activate editor"),
-                                     QStringLiteral("100 keys.postPaste editor")));
+                testing::ElementsAre(QStringLiteral("2000 accessibility.setSelectedText editor words"),
+                                     QStringLiteral("2000 toast.setContent 1"),
+                                     QStringLiteral("2000 toast.setAlpha 0"),
+                                     QStringLiteral("2000 toast.setFrame 910,266 100x30"),
+                                     QStringLiteral("2000 toast.orderFrontRegardless"),
+                                     QStringLiteral("2000 toast.animate 910,272 100x30 to alpha 1 in 180"),
+                                     QStringLiteral("2050 pasteboard.write words"),
+                                     QStringLiteral("2050 workspace.activate editor"),
+                                     QStringLiteral("2100 keys.postPaste editor")));
     EXPECT_EQ(savedContents(*m_container).size(), 1) << "an own write makes no row";
 }
 

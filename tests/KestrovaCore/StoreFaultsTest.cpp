@@ -2,6 +2,7 @@
 #include "tests/support/LogCapture.h"
 #include "tests/support/StoreFixture.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 
 namespace kestrova {
@@ -90,12 +91,46 @@ TEST_F(StoreFaultsTest, WhatIsDeletedIsNotLeftReadableInTheFile) {
     m_context.remove(*item);
     ASSERT_TRUE(m_context.save());
     EXPECT_EQ(deletions, 1);
-    m_container->scrub();
+    EXPECT_TRUE(m_container->scrub());
     for (const auto& name : {storeFile(), storeFile() + QStringLiteral("-wal")}) {
         QFile file(name);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         EXPECT_FALSE(file.readAll().contains("very-secret-words")) << name.toStdString();
     }
+}
+
+TEST_F(StoreFaultsTest, ClearingTheLogWaitsForNoReaderAndSaysThatItIsNotDone) {
+    const auto item = makeText(QStringLiteral("very-secret-words"), 1);
+    m_context.insert(item);
+    ASSERT_TRUE(m_context.save());
+    ForeignConnection reader(storeFile());
+    reader.execute("BEGIN");
+    ASSERT_EQ(reader.value("SELECT count(*) FROM ClipboardItem"), u"1");
+    m_context.remove(*item);
+    ASSERT_TRUE(m_context.save());
+    const LogCapture log;
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_FALSE(m_container->scrub());
+    // A step that waits does so for a second.
+    EXPECT_LT(timer.elapsed(), 500);
+    EXPECT_EQ(log.lines(), QStringList()) << "a reader is no fault";
+    reader.execute("COMMIT");
+    EXPECT_TRUE(m_container->scrub());
+    QFile wal(storeFile() + QStringLiteral("-wal"));
+    ASSERT_TRUE(wal.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(wal.readAll().contains("very-secret-words"));
+}
+
+TEST_F(StoreFaultsTest, AWriteStillWaitsForOthersAfterTheLogWasCleared) {
+    ASSERT_TRUE(m_container->scrub());
+    ForeignConnection writer(storeFile());
+    writer.execute("BEGIN IMMEDIATE");
+    QElapsedTimer timer;
+    timer.start();
+    m_context.insert(makeText(QStringLiteral("words"), 1));
+    EXPECT_FALSE(m_context.save());
+    EXPECT_GE(timer.elapsed(), 100);
 }
 
 TEST_F(StoreFaultsTest, AFailedDeletionLeavesNoPictureBehindInOtherHandles) {

@@ -46,7 +46,7 @@ void ActionRow::keyPressEvent(QKeyEvent* event) {
         click();
     else if (event->key() !=
              Qt::Key_Space) // In the lists it previews; it must not do the first thing at hand here.
-        PanelButton::keyPressEvent(event);
+        QAbstractButton::keyPressEvent(event);
 }
 
 } // namespace kestrova

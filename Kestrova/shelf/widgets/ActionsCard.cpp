@@ -86,7 +86,7 @@ void ActionsCard::focusInEvent(QFocusEvent*) {
 void ActionsCard::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_theme.border, 1));
+    painter.setPen(QPen(m_theme.separator, 1));
     painter.setBrush(m_theme.card);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
     const auto font = titleFont();

@@ -2,7 +2,9 @@
 
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
+#include "Kestrova/shelf/SpokenItem.h"
 #include "Kestrova/shelf/widgets/FilterChip.h"
+#include "Kestrova/shelf/widgets/PanelAccessibility.h"
 
 #include <QWheelEvent>
 
@@ -18,28 +20,11 @@ using namespace std::chrono_literals;
 constexpr int sidePadding = 16;
 constexpr int spacing = 6;
 constexpr std::chrono::milliseconds scrollDuration = 180ms;
-constexpr std::size_t shortcutDigits = 9;
-
-QString spokenName(ClipboardItemType type) {
-    switch (type) {
-    case ClipboardItemType::text:
-    case ClipboardItemType::rtf:
-        return QStringLiteral("텍스트");
-    case ClipboardItemType::image:
-        return QStringLiteral("이미지");
-    case ClipboardItemType::file:
-        return QStringLiteral("파일");
-    case ClipboardItemType::url:
-        return QStringLiteral("링크");
-    case ClipboardItemType::color:
-        return QStringLiteral("색상");
-    }
-    Q_UNREACHABLE();
-}
 
 } // namespace
 
 ChipRow::ChipRow(ShelfPanelView& view, QWidget* parent) : QWidget(parent), m_view(view) {
+    setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(QStringLiteral("종류"));
     m_scrolling.setDuration(static_cast<int>(scrollDuration.count()));
     m_scrolling.setEasingCurve(QEasingCurve::OutQuad);
@@ -68,12 +53,16 @@ void ChipRow::render(const ShelfTheme& theme) {
     makeChips(types.size() + 1);
     for (std::size_t position = 0; position < m_chips.size(); ++position) {
         auto& chip = *m_chips[position];
-        chip.setAccessibleName(position == 0 ? QStringLiteral("All") : spokenName(types[position - 1]));
+        setSpokenName(chip, position == 0 ? QStringLiteral("All") : spokenName(types[position - 1]));
         chip.render(values(position), theme);
     }
     arrange();
     if (std::exchange(m_activeTagIndex, m_view._activeTagIndex) != m_view._activeTagIndex)
         bringIntoView(m_activeTagIndex);
+}
+
+FilterChip& ChipRow::activeChip() const {
+    return *m_chips[std::min(m_view._activeTagIndex, m_chips.size() - 1)];
 }
 
 void ChipRow::makeChips(std::size_t count) {
@@ -85,6 +74,8 @@ void ChipRow::makeChips(std::size_t count) {
     }
     while (m_chips.size() < count) {
         auto* const chip = new FilterChip(this);
+        if (m_chips.size() < shortcutDigits)
+            chip->setAccessibleDescription(QStringLiteral("⌃%1").arg(m_chips.size() + 1));
         chip->onTap = [this, position = m_chips.size()] {
             m_view.perform([&] {
                 m_view.selectTypeChip(static_cast<std::ptrdiff_t>(position));
@@ -124,6 +115,8 @@ void ChipRow::bringIntoView(std::size_t position) {
     const double wanted =
         std::clamp(std::clamp(m_offset, right, std::max(left, right)), 0.0, largestOffset());
     m_scrolling.stop();
+    if (!isVisible())
+        return scrollTo(wanted);
     if (wanted == m_offset)
         return;
     m_scrolling.setStartValue(m_offset);
@@ -133,6 +126,11 @@ void ChipRow::bringIntoView(std::size_t position) {
 
 void ChipRow::resizeEvent(QResizeEvent*) {
     scrollTo(m_offset);
+}
+
+void ChipRow::hideEvent(QHideEvent*) {
+    if (m_scrolling.state() == QAbstractAnimation::Running)
+        m_scrolling.setCurrentTime(m_scrolling.duration());
 }
 
 void ChipRow::wheelEvent(QWheelEvent* event) {

@@ -19,10 +19,13 @@ public:
     ChipRow(ShelfPanelView& view, QWidget* parent);
 
     void render(const ShelfTheme& theme);
+    /// Where the arrow keys stand in the row.
+    FilterChip& activeChip() const;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     FilterChip::Values values(std::size_t position) const;

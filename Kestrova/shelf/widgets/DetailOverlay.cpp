@@ -1,18 +1,21 @@
 #include "Kestrova/shelf/widgets/DetailOverlay.h"
 
-#include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Easing.h"
+#include "Kestrova/look/Opacity.h"
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/widgets/ActionsCard.h"
+#include "Kestrova/shelf/widgets/DetailSheet.h"
 #include "Kestrova/shelf/widgets/ItemContentView.h"
 #include "Kestrova/shelf/widgets/ItemEditor.h"
+#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/widgets/TabStops.h"
 #include "KestrovaCore/ClipboardItem.h"
 
-#include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 
+#include <cmath>
 #include <utility>
 
 namespace kestrova {
@@ -20,24 +23,21 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto entranceDuration = 240ms;
-constexpr double entranceWay = 40;
-constexpr int margin = 24;
-constexpr int padding = 16;
+constexpr auto routeDuration = 240ms;
+constexpr auto routeTiming = AnimationTiming::easeInEaseOut;
+constexpr int sheetMargin = 24;
 constexpr int actionsMargin = 12;
-constexpr double radius = 12;
 
-template<typename Widget>
-void drop(Widget*& widget) {
-    if (auto* const dropped = std::exchange(widget, nullptr)) {
-        // Later: what the person did in it may have led here.
-        dropped->hide();
-        dropped->deleteLater();
+QString spokenName(DetailRoute::Kind kind) {
+    switch (kind) {
+    case DetailRoute::Kind::preview:
+        return QStringLiteral("미리보기");
+    case DetailRoute::Kind::edit:
+        return QStringLiteral("편집");
+    case DetailRoute::Kind::actions:
+        return QStringLiteral("액션");
     }
-}
-
-QFont titleFont() {
-    return interfaceFont(13, QFont::DemiBold);
+    Q_UNREACHABLE();
 }
 
 } // namespace
@@ -48,101 +48,148 @@ DetailOverlay::DetailOverlay(ShelfPanelView& view, MainQueue& mainQueue, Picture
       m_view(view),
       m_mainQueue(mainQueue),
       m_decoder(decoder),
-      m_entrance(entranceDuration, QEasingCurve::InOutQuad, [this] {
-          arrange();
-          update();
-      }) {
+      m_entrance(routeDuration, easing(routeTiming), [this] { step(); }),
+      m_exit(routeDuration, easing(routeTiming), [this] { step(); }),
+      m_dim(routeDuration, easing(routeTiming), [this] { step(); }) {
+    setAccessibleRole(*this, QAccessible::Dialog);
     hide();
 }
 
 void DetailOverlay::render(const ShelfTheme& theme) {
     const bool isNewTheme = std::exchange(m_theme, theme) != theme;
+    if (isNewTheme)
+        update();
     if (m_route == m_view._route) {
-        if (isNewTheme)
-            themeScreen();
+        if (isNewTheme && m_route)
+            m_screen.setTheme(theme);
         return;
     }
-    close();
+    if (m_route)
+        close();
     if (m_view._route)
         open(*m_view._route);
+    // What goes must not keep the pointer from what is below it.
+    setAttribute(Qt::WA_TransparentForMouseEvents, !m_route);
+    const bool isDimmed = m_route && m_screen.edge == Edge::trailing;
+    if (!parentWidget()->isVisible()) {
+        m_entrance.finish();
+        m_exit.finish();
+        m_dim.jumpTo(isDimmed);
+    } else {
+        m_dim.glideTo(isDimmed);
+    }
+    step();
 }
 
 void DetailOverlay::open(const DetailRoute& route) {
     m_route = route;
-    QWidget* focus = this;
+    setAccessibleName(spokenName(route.kind));
+    setAccessibleDescription(primaryText(*route.item));
     switch (route.kind) {
     case DetailRoute::Kind::preview:
-        m_preview = new ItemContentView(m_mainQueue, m_decoder, this);
+        m_screen = makePreview(route);
         break;
     case DetailRoute::Kind::edit:
-        m_editor = new ItemEditor(route.item->content(), this);
-        m_editor->onSave = [this] {
-            m_view.perform([this] { m_view.saveEdit(*m_route->item, m_editor->content()); });
-        };
-        focus = m_editor;
+        m_screen = makeEditor(route);
         break;
     case DetailRoute::Kind::actions:
-        m_actions = new ActionsCard(m_view, route.item, this);
-        focus = m_actions;
+        m_screen = makeActions(route);
         break;
     }
-    themeScreen();
-    const bool isSeen = parentWidget()->isVisible();
-    m_entrance.jumpTo(!isSeen);
-    arrange();
-    for (auto* const child : findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
-        child->show();
+    m_screen.setTheme(m_theme);
+    m_entrance.jumpTo(false);
+    m_screen.widget->show();
     show();
     raise();
-    focus->setFocus(Qt::OtherFocusReason);
+    m_screen.focus->setFocus(Qt::OtherFocusReason);
     m_entrance.glideTo(true);
 }
 
 void DetailOverlay::close() {
+    if (parentWidget()->isVisible()) {
+        m_leaving = {m_screen.widget->grab(), m_screen.widget->geometry(), m_screen.edge};
+        m_exit.jumpTo(false);
+        m_exit.glideTo(true);
+    }
     m_route.reset();
-    drop(m_preview);
-    drop(m_editor);
-    drop(m_actions);
-    hide();
+    // Later: what the person did in it may have led here.
+    m_screen.widget->hide();
+    m_screen.widget->deleteLater();
+    m_screen = {};
 }
 
-void DetailOverlay::themeScreen() {
-    if (m_preview)
-        m_preview->render(m_route->item, m_theme);
-    if (m_editor)
-        m_editor->setTheme(m_theme);
-    if (m_actions)
-        m_actions->setTheme(m_theme);
+DetailOverlay::Screen DetailOverlay::makePreview(const DetailRoute& route) {
+    auto* const sheet = new DetailSheet(QStringLiteral("미리보기"), QStringLiteral("Esc 닫기"), this);
+    auto* const content = new ItemContentView(m_mainQueue, m_decoder, sheet);
+    sheet->setScreen(*content, {});
+    return {.widget = sheet,
+            .focus = this,
+            .setTheme =
+                [sheet, content, item = route.item](const ShelfTheme& theme) {
+                    sheet->setTheme(theme);
+                    content->render(item, theme);
+                },
+            .edge = Edge::trailing};
+}
+
+DetailOverlay::Screen DetailOverlay::makeEditor(const DetailRoute& route) {
+    auto* const sheet = new DetailSheet(QStringLiteral("편집"), QStringLiteral("⌘S 저장   Esc 취소"), this);
+    auto* const editor = new ItemEditor(route.item->content(), sheet);
+    editor->onSave = [this, editor, item = route.item] {
+        m_view.perform([&] { m_view.saveEdit(*item, editor->content()); });
+    };
+    sheet->setScreen(*editor, {.left = 16, .top = 8, .right = 6, .bottom = 16});
+    return {.widget = sheet,
+            .focus = editor,
+            .setTheme =
+                [sheet, editor](const ShelfTheme& theme) {
+                    sheet->setTheme(theme);
+                    editor->setTheme(theme);
+                },
+            .edge = Edge::trailing};
+}
+
+DetailOverlay::Screen DetailOverlay::makeActions(const DetailRoute& route) {
+    auto* const card = new ActionsCard(m_view, route.item, this);
+    return {.widget = card,
+            .focus = card,
+            .setTheme = [card](const ShelfTheme& theme) { card->setTheme(theme); },
+            .edge = Edge::bottom};
+}
+
+QRect DetailOverlay::placeOfScreen() const {
+    if (m_screen.edge == Edge::trailing)
+        return rect().adjusted(sheetMargin, sheetMargin, -sheetMargin, -sheetMargin);
+    const int cardHeight = static_cast<ActionsCard*>(m_screen.widget)->heightForContent();
+    return {(width() - ActionsCard::width) / 2, height() - cardHeight - actionsMargin, ActionsCard::width,
+            cardHeight};
+}
+
+QPoint DetailOverlay::onItsWay(const QRect& place, Edge edge, double shown) const {
+    const auto rest = [shown](int way) { return static_cast<int>(std::lround((1 - shown) * way)); };
+    return edge == Edge::trailing ? place.topLeft() + QPoint(rest(width() - place.left()), 0)
+                                  : place.topLeft() + QPoint(0, rest(height() - place.top()));
+}
+
+void DetailOverlay::step() {
+    if (m_screen.widget) {
+        const auto place = placeOfScreen();
+        m_screen.widget->setGeometry({onItsWay(place, m_screen.edge, m_entrance.value()), place.size()});
+        setOpacity(*m_screen.widget, m_entrance.value());
+    }
+    if (m_exit.value() >= 1)
+        m_leaving = {};
+    setVisible(m_route || !m_leaving.picture.isNull() || m_dim.value() > 0);
     update();
 }
 
-QRect DetailOverlay::sheet() const {
-    const int way = static_cast<int>((1 - m_entrance.value()) * entranceWay);
-    return rect().adjusted(margin, margin, -margin, -margin).translated(way, 0);
-}
-
-QRect DetailOverlay::hint() const {
-    const auto frame = sheet();
-    const int lineHeight = QFontMetrics(titleFont()).height();
-    return {frame.left() + padding, frame.top() + padding - 4, frame.width() - 2 * padding, lineHeight};
-}
-
-void DetailOverlay::arrange() {
-    const auto inner = QRect(QPoint(sheet().left(), hint().bottom() + padding / 2), sheet().bottomRight());
-    if (m_preview)
-        m_preview->setGeometry(inner);
-    if (m_editor)
-        m_editor->setGeometry(inner.adjusted(padding, padding / 2, -6, -padding));
-    if (m_actions) {
-        const int cardHeight = m_actions->heightForContent();
-        const int way = static_cast<int>((1 - m_entrance.value()) * entranceWay);
-        m_actions->setGeometry((width() - ActionsCard::width) / 2,
-                               height() - cardHeight - actionsMargin + way, ActionsCard::width, cardHeight);
-    }
+bool DetailOverlay::focusNextPrevChild(bool next) {
+    // What lies below cannot be reached.
+    return focusNextIn(*this, next);
 }
 
 void DetailOverlay::resizeEvent(QResizeEvent*) {
-    arrange();
+    step();
 }
 
 void DetailOverlay::mousePressEvent(QMouseEvent* event) {
@@ -150,27 +197,24 @@ void DetailOverlay::mousePressEvent(QMouseEvent* event) {
     event->accept();
 }
 
+void DetailOverlay::hideEvent(QHideEvent*) {
+    m_entrance.finish();
+    m_exit.finish();
+    m_dim.finish();
+}
+
 void DetailOverlay::paintEvent(QPaintEvent*) {
-    if (!m_route)
-        return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(m_entrance.value());
+    painter.setOpacity(m_dim.value());
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_theme.dim);
-    painter.drawRoundedRect(rect(), radius, radius);
-    if (m_actions)
+    painter.drawRoundedRect(rect(), ShelfFrame::cornerRadius, ShelfFrame::cornerRadius);
+    if (m_leaving.picture.isNull())
         return;
-    painter.setBrush(m_theme.card);
-    painter.setPen(QPen(m_theme.border, 1));
-    painter.drawRoundedRect(QRectF(sheet()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-    painter.setFont(titleFont());
-    painter.setPen(m_theme.secondaryText);
-    painter.drawText(hint(), Qt::AlignVCenter | Qt::AlignLeft,
-                     m_editor ? QStringLiteral("편집") : QStringLiteral("미리보기"));
-    painter.setFont(interfaceFont(11));
-    painter.drawText(hint(), Qt::AlignVCenter | Qt::AlignRight,
-                     m_editor ? QStringLiteral("⌘S 저장   Esc 취소") : QStringLiteral("Esc 닫기"));
+    const double shown = 1 - m_exit.value();
+    painter.setOpacity(shown);
+    painter.drawPixmap(onItsWay(m_leaving.place, m_leaving.edge, shown), m_leaving.picture);
 }
 
 } // namespace kestrova

@@ -4,21 +4,20 @@
 #include "Kestrova/shelf/ShelfTypes.h"
 #include "Kestrova/shelf/widgets/ShelfTheme.h"
 
+#include <QPixmap>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
 
 namespace kestrova {
 
-class ActionsCard;
-class ItemContentView;
-class ItemEditor;
 class MainQueue;
 class PictureDecoder;
 class ShelfPanelView;
 
-/// Lies over the lists while a detail screen is open: it dims them and shows the screen. What a screen
-/// consists of lives only as long as it is open.
+/// Lies over the lists while a detail screen is open. A screen comes from the edge of the panel and goes back
+/// there; its controls live only as long as it is open, so that one that goes can no longer be used.
 class DetailOverlay final : public QWidget {
 public:
     /// All of them outlive it.
@@ -27,28 +26,51 @@ public:
     void render(const ShelfTheme& theme);
 
 protected:
+    bool focusNextPrevChild(bool next) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
+    enum class Edge { trailing, bottom };
+
+    /// What is open, and how it is shown a theme.
+    struct Screen {
+        QWidget* widget = nullptr;
+        /// Takes the keyboard.
+        QWidget* focus = nullptr;
+        std::function<void(const ShelfTheme&)> setTheme;
+        Edge edge = Edge::trailing;
+    };
+    /// A picture of the screen that was closed last, which still goes.
+    struct Leaving {
+        QPixmap picture;
+        QRect place;
+        Edge edge = Edge::trailing;
+    };
+
     void open(const DetailRoute& route);
     void close();
-    void themeScreen();
-    void arrange();
-    /// The sheet that preview and edit lie on.
-    QRect sheet() const;
-    QRect hint() const;
+    void step();
+    Screen makePreview(const DetailRoute& route);
+    Screen makeEditor(const DetailRoute& route);
+    Screen makeActions(const DetailRoute& route);
+    /// Where the screen is at rest.
+    QRect placeOfScreen() const;
+    /// The same, that far on its way from the edge, from 0 to 1.
+    QPoint onItsWay(const QRect& place, Edge edge, double shown) const;
 
     ShelfPanelView& m_view;
     MainQueue& m_mainQueue;
     PictureDecoder& m_decoder;
     std::optional<DetailRoute> m_route;
-    ItemContentView* m_preview = nullptr;
-    ItemEditor* m_editor = nullptr;
-    ActionsCard* m_actions = nullptr;
+    Screen m_screen;
+    Leaving m_leaving;
     ShelfTheme m_theme;
     Transition m_entrance;
+    Transition m_exit;
+    Transition m_dim;
 };
 
 } // namespace kestrova

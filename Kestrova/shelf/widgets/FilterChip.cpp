@@ -3,9 +3,12 @@
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/widgets/KeyCapsule.h"
+#include "Kestrova/shelf/widgets/PanelAccessibility.h"
 
 #include <QFontMetrics>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace kestrova {
 namespace {
@@ -13,6 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int horizontalPadding = 10;
+constexpr int verticalPadding = 4;
+constexpr int smallestHeight = 22;
 constexpr double symbolSize = 14;
 constexpr double labelSize = 12;
 constexpr double ringWidth = 1.2;
@@ -21,15 +26,23 @@ QFont labelFont() {
     return interfaceFont(labelSize, QFont::Medium);
 }
 
+int symbolEdge() {
+    return interfaceLength(symbolSize);
+}
+
 } // namespace
 
 FilterChip::FilterChip(QWidget* parent)
     : PanelButton(parent), m_digitShown(150ms, QEasingCurve::OutQuad, [this] { update(); }) {
-    setCheckable(false);
+    setCheckable(true);
+    // The arrow keys walk the chips.
+    setFocusPolicy(Qt::NoFocus);
+    setAccessibleRole(*this, QAccessible::RadioButton);
 }
 
 void FilterChip::render(const Values& values, const ShelfTheme& theme) {
     setTheme(theme);
+    setChecked(values.isSelected);
     if (values.controlShortcut)
         m_digit = *values.controlShortcut;
     if (isVisible())
@@ -39,11 +52,15 @@ void FilterChip::render(const Values& values, const ShelfTheme& theme) {
     updateOnChange(*this, m_values, values);
 }
 
+int FilterChip::height() {
+    return std::max({smallestHeight, symbolEdge() + 2 * verticalPadding,
+                     QFontMetrics(labelFont()).ascent() + 2 * verticalPadding});
+}
+
 QSize FilterChip::sizeHint() const {
-    const int content = m_values.label.isEmpty()
-                            ? static_cast<int>(Symbol::edgeFor(symbolSize))
-                            : QFontMetrics(labelFont()).horizontalAdvance(m_values.label);
-    return {content + 2 * horizontalPadding, height};
+    const int content =
+        m_values.label.isEmpty() ? symbolEdge() : QFontMetrics(labelFont()).horizontalAdvance(m_values.label);
+    return {content + 2 * horizontalPadding, height()};
 }
 
 void FilterChip::paintEvent(QPaintEvent*) {
@@ -72,7 +89,7 @@ void FilterChip::paintEvent(QPaintEvent*) {
     painter.setOpacity(1 - m_digitShown.value());
     const auto color = m_values.isSelected ? theme().activeSymbol : theme().symbol;
     if (m_values.label.isEmpty()) {
-        Symbol(m_values.systemIcon).paint(painter, frame, Symbol::edgeFor(symbolSize), color);
+        Symbol(m_values.systemIcon).paint(painter, frame, symbolEdge(), color);
     } else {
         painter.setFont(labelFont());
         painter.setPen(m_values.isSelected ? theme().text : theme().secondaryText);
@@ -81,6 +98,11 @@ void FilterChip::paintEvent(QPaintEvent*) {
     painter.setOpacity(1);
     KeyCapsule{{QStringLiteral("control")}, QString::number(m_digit)}.paint(painter, frame.center(), theme(),
                                                                             m_digitShown.value());
+}
+
+void FilterChip::hideEvent(QHideEvent* event) {
+    PanelButton::hideEvent(event);
+    m_digitShown.finish();
 }
 
 } // namespace kestrova

@@ -25,10 +25,11 @@ public:
     void render(const Values& values, const ShelfTheme& theme);
     QSize sizeHint() const override;
 
-    static constexpr int height = 22;
+    static int height();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     Values m_values;

@@ -1,9 +1,11 @@
 #include "Kestrova/shelf/widgets/ItemContentView.h"
 
+#include "Kestrova/detail/ColorFormats.h"
+#include "Kestrova/detail/QtColor.h"
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/ItemRow.h"
-#include "Kestrova/shelf/ParsedColor.h"
+#include "Kestrova/shelf/widgets/PanelAccessibility.h"
 #include "Kestrova/shelf/widgets/PictureDecoder.h"
 #include "Kestrova/shelf/widgets/PlainTextView.h"
 #include "KestrovaCore/ClipboardItem.h"
@@ -39,39 +41,46 @@ void ItemContentView::render(const std::shared_ptr<ClipboardItem>& item, const S
     const auto content = item ? item->content() : QString();
     const auto type = item ? std::optional(item->type()) : std::nullopt;
     const auto byteCount = item ? item->values().imageByteCount : std::nullopt;
-    const bool isOther = item != m_item || content != m_content || type != m_type || byteCount != m_byteCount;
+    const bool isOther = item.owner_before(m_item) || m_item.owner_before(item) || content != m_content ||
+                         type != m_type || byteCount != m_byteCount;
     if (isOther || theme != m_theme)
         update();
     m_theme = theme;
     if (!isOther)
         return;
     m_item = item;
+    m_showsItem = item != nullptr;
     m_content = content;
     m_type = type;
     m_byteCount = byteCount;
     m_picture = {};
     ++m_wish;
-    setAccessibleName(item ? primaryText(*item) : QString());
+    setSpokenName(*this, item ? primaryText(*item) : QString());
     const bool showsText = type && type != ClipboardItemType::image && type != ClipboardItemType::color;
-    if (showsText)
-        m_text->show(content);
+    // Or else nothing: the text of before is not to be kept.
+    m_text->show(showsText ? content : QString());
     m_text->setVisible(showsText);
     requestPicture();
 }
 
+void ItemContentView::forgetDeleted() {
+    if (const auto item = m_item.lock(); m_showsItem && (!item || item->isDeleted()))
+        render(nullptr, m_theme);
+}
+
 void ItemContentView::requestPicture() {
     m_read.cancel();
-    if (showsPicture() && m_item->hasImageData())
+    if (const auto item = m_item.lock(); item && showsPicture() && item->hasImageData())
         m_read = m_mainQueue.afterUnlessCancelled(settleTime, [this] { readPicture(); });
 }
 
 void ItemContentView::readPicture() {
     m_read = {};
-    const auto png = m_item->imageData();
-    if (!png || width() <= 2 * padding || height() <= 2 * padding)
+    const auto item = m_item.lock();
+    if (!item || width() <= 2 * padding || height() <= 2 * padding)
         return;
     const auto pixels = QSizeF(width() - 2 * padding, height() - 2 * padding) * devicePixelRatioF();
-    m_decoder.decode(*png, pixels.toSize(), PictureDecoder::Fit::within,
+    m_decoder.decode(item->storedImageData(), pixels.toSize(), PictureDecoder::Fit::within,
                      [this, wish = m_wish](const QImage& picture) {
                          if (wish != m_wish)
                              return;
@@ -89,7 +98,7 @@ void ItemContentView::resizeEvent(QResizeEvent*) {
 void ItemContentView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!m_item)
+    if (!m_showsItem)
         paintEmptyState(painter);
     else if (showsPicture())
         paintPicture(painter);
@@ -98,7 +107,7 @@ void ItemContentView::paintEvent(QPaintEvent*) {
 }
 
 void ItemContentView::paintEmptyState(QPainter& painter) {
-    constexpr double symbolEdge = 34;
+    const double symbolEdge = interfaceLength(34);
     constexpr double gap = 12;
     const auto font = interfaceFont(12);
     const double lineHeight = QFontMetricsF(font).height();
@@ -113,13 +122,14 @@ void ItemContentView::paintEmptyState(QPainter& painter) {
 }
 
 void ItemContentView::paintColor(QPainter& painter) {
-    const auto color = parsedColor(m_content);
+    const auto color = parseColor(m_content);
     const QRectF swatch(padding, padding, width() - 2 * padding, qMin(swatchHeight, height() / 2.0));
     painter.setPen(QPen(m_theme.hairline, 0.5));
-    painter.setBrush(color.value_or(m_theme.picturePlate));
+    painter.setBrush(color ? qColor(*color) : m_theme.picturePlate);
     painter.drawRoundedRect(swatch, radius, radius);
     if (!color)
-        Symbol(QStringLiteral("paintpalette")).paint(painter, swatch, 28, m_theme.inactiveSymbol);
+        Symbol(QStringLiteral("paintpalette"))
+            .paint(painter, swatch, interfaceLength(28), m_theme.inactiveSymbol);
     const auto font = interfaceFont(14, QFont::Medium);
     painter.setFont(font);
     painter.setPen(m_theme.text);

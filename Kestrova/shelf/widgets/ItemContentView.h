@@ -26,6 +26,8 @@ public:
 
     /// Null: nothing is shown but a word to the person.
     void render(const std::shared_ptr<ClipboardItem>& item, const ShelfTheme& theme);
+    /// Shows nothing any more if the item has been deleted.
+    void forgetDeleted();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -42,7 +44,9 @@ private:
     MainQueue& m_mainQueue;
     PictureDecoder& m_decoder;
     PlainTextView* m_text;
-    std::shared_ptr<ClipboardItem> m_item;
+    bool m_showsItem = false;
+    // What is out of sight must not keep an item that is deleted.
+    std::weak_ptr<ClipboardItem> m_item;
     QString m_content;
     std::optional<ClipboardItemType> m_type;
     std::optional<std::int64_t> m_byteCount;

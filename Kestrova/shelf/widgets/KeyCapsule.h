@@ -10,11 +10,15 @@ namespace kestrova {
 
 struct ShelfTheme;
 
-/// The small dark capsule that tells a key: symbols of modifiers, then a letter or a digit.
+/// The small dark piece that tells a key: symbols, then a letter or a digit.
 struct KeyCapsule {
+    /// A capsule that lies on what the key does, or a keycap beside its name.
+    enum class Form { chip, keycap };
+
     /// Names of symbols.
-    QStringList modifiers;
+    QStringList symbols;
     QString letter;
+    Form form = Form::chip;
 
     /// In points.
     QSizeF size() const;
@@ -22,7 +26,8 @@ struct KeyCapsule {
     void paint(QPainter& painter, QPointF center, const ShelfTheme& theme, double shown = 1) const;
 
 private:
-    double textWidth() const;
+    double contentWidth() const;
+    double letterWidth() const;
 };
 
 } // namespace kestrova

@@ -9,8 +9,9 @@
 
 namespace kestrova {
 
-/// A button of the shelf that draws itself and takes no focus, so that a click on it leaves the keyboard
-/// where the state says it is.
+/// A button of the shelf that draws itself. A click on it leaves the keyboard where the state says it is; Tab
+/// reaches it, and then Return and Space press it. Whether it is on is the state's to say: a press changes
+/// nothing by itself.
 class PanelButton : public QAbstractButton {
 public:
     explicit PanelButton(QWidget* parent);
@@ -18,18 +19,28 @@ public:
     std::function<void()> onTap;
 
     void setTheme(const ShelfTheme& theme);
+    /// Of an entry of a list: whether it is the one that is chosen.
+    void setSelected(bool isSelected);
+    bool isSelected() const { return m_isSelected; }
 
 protected:
     const ShelfTheme& theme() const { return m_theme; }
     /// From 0 to 1: how far the pointer has lit it up.
     double hover() const { return m_hover.value(); }
 
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void nextCheckState() override {}
+
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void paintFocusRing();
+
     ShelfTheme m_theme;
+    bool m_isSelected = false;
     Transition m_hover;
 };
 

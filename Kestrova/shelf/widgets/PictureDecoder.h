@@ -1,5 +1,7 @@
 #pragma once
 
+#include "KestrovaCore/StoredImageData.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QSize>
@@ -26,9 +28,10 @@ public:
     /// Waits for the picture that is being decoded.
     ~PictureDecoder();
 
-    /// `done` gets the picture in a later turn, a null one if the bytes are none. It is never larger than
-    /// `pixels` and, within, never larger than it was. Nothing is called once the decoder has gone.
-    void decode(const QByteArray& bytes, QSize pixels, Fit fit, Done done);
+    /// The bytes are read on the thread too. `done` gets the picture in a later turn, a null one if the bytes
+    /// are none. It is never larger than `pixels` and, within, never larger than it was. Nothing is called
+    /// once the decoder has gone.
+    void decode(const StoredImageData& bytes, QSize pixels, Fit fit, Done done);
 
 private:
     MainQueue& m_mainQueue;
@@ -38,5 +41,7 @@ private:
 
 /// The decoding itself; on any thread.
 QImage decodedPicture(const QByteArray& bytes, QSize pixels, PictureDecoder::Fit fit);
+/// A picture scaled to fill that many pixels, cut at the sides; on any thread.
+QImage filling(const QImage& picture, QSize pixels);
 
 } // namespace kestrova

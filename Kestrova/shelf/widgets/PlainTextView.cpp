@@ -17,6 +17,8 @@ PlainTextView::PlainTextView(QWidget* parent) : QPlainTextEdit(parent), m_scroll
     setFrameShape(QFrame::NoFrame);
     viewport()->setAutoFillBackground(false);
     setVerticalScrollBar(m_scrollBar);
+    // Lines end at the edge, but blanks at their ends may hang over it.
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     document()->setDocumentMargin(0);
 }
 

@@ -4,8 +4,7 @@
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/widgets/SymbolButton.h"
 
-#include <QFocusEvent>
-#include <QInputMethodEvent>
+#include <QFontMetrics>
 #include <QPainter>
 
 #include <utility>
@@ -21,68 +20,19 @@ constexpr int spacing = 8;
 constexpr double symbolSize = 14;
 constexpr double textSize = 14;
 constexpr double radius = 7;
+constexpr double ringWidth = 1.5;
 constexpr auto focusDuration = 150ms;
 
-bool tellsOfTheControl(Qt::FocusReason reason) {
-    return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason;
+int symbolEdge() {
+    return interfaceLength(Symbol::edgeFor(symbolSize));
 }
 
 } // namespace
 
-SearchLineEdit::SearchLineEdit(QWidget* parent) : QLineEdit(parent) {
-    setFrame(false);
+SearchLineEdit::SearchLineEdit(QWidget* parent) : ComposedLineEdit(parent) {
     setTextMargins(-2, 0, 0, 0);
     setPlaceholderText(QStringLiteral("검색…"));
     setAccessibleName(QStringLiteral("검색"));
-    connect(this, &QLineEdit::textChanged, [this] { tellOfQuery(); });
-}
-
-QString SearchLineEdit::query() const {
-    auto query = text();
-    query.insert(cursorPosition(), m_composed);
-    return query;
-}
-
-void SearchLineEdit::show(const QString& query) {
-    if (query == this->query())
-        return;
-    m_isSilent = true;
-    m_composed.clear();
-    const int cursor = cursorPosition();
-    const bool wasAtEnd = cursor == text().size();
-    setText(query);
-    if (!wasAtEnd)
-        setCursorPosition(qMin(cursor, static_cast<int>(query.size())));
-    m_isSilent = false;
-    m_toldQuery = query;
-}
-
-void SearchLineEdit::inputMethodEvent(QInputMethodEvent* event) {
-    // One event may end a composition and begin another; what lies between was never the query.
-    m_isSilent = true;
-    m_composed = event->preeditString();
-    QLineEdit::inputMethodEvent(event);
-    m_isSilent = false;
-    tellOfQuery();
-}
-
-void SearchLineEdit::tellOfQuery() {
-    if (m_isSilent || std::exchange(m_toldQuery, query()) == m_toldQuery)
-        return;
-    if (onQueryChange)
-        onQueryChange(m_toldQuery);
-}
-
-void SearchLineEdit::focusInEvent(QFocusEvent* event) {
-    QLineEdit::focusInEvent(event);
-    if (tellsOfTheControl(event->reason()) && onFocusChange)
-        onFocusChange(true);
-}
-
-void SearchLineEdit::focusOutEvent(QFocusEvent* event) {
-    QLineEdit::focusOutEvent(event);
-    if (tellsOfTheControl(event->reason()) && onFocusChange)
-        onFocusChange(false);
 }
 
 SearchField::SearchField(QWidget* parent)
@@ -114,9 +64,17 @@ void SearchField::render(const QString& query, bool isFocused, const ShelfTheme&
         m_focus.jumpTo(isFocused);
 }
 
+int SearchField::smallestHeight() {
+    return QFontMetrics(interfaceFont(textSize)).height() + 2 * verticalPadding;
+}
+
+void SearchField::hideEvent(QHideEvent*) {
+    m_focus.finish();
+}
+
 void SearchField::resizeEvent(QResizeEvent*) {
     const int edge = height();
-    const int left = horizontalPadding + static_cast<int>(Symbol::edgeFor(symbolSize)) + spacing;
+    const int left = horizontalPadding + symbolEdge() + spacing;
     m_clearButton->setGeometry(width() - edge, 0, edge, edge);
     m_lineEdit->setGeometry(left, verticalPadding / 2, width() - edge - left, height() - verticalPadding);
 }
@@ -125,17 +83,20 @@ void SearchField::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double focus = m_focus.value();
-    const QRectF plate = QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75);
+    constexpr double inset = ringWidth / 2;
+    const QRectF plate = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
     painter.setPen(Qt::NoPen);
     painter.setOpacity(1 - focus);
     painter.setBrush(m_theme.field);
-    painter.drawRoundedRect(plate, radius, radius);
+    painter.drawRoundedRect(rect(), radius, radius);
     painter.setOpacity(focus);
     painter.setBrush(m_theme.focusedField);
-    painter.setPen(QPen(m_theme.focusedFieldRing, 1.5));
+    painter.drawRoundedRect(rect(), radius, radius);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(m_theme.focusedFieldRing, ringWidth));
     painter.drawRoundedRect(plate, radius, radius);
     painter.setOpacity(1);
-    constexpr double edge = Symbol::edgeFor(symbolSize);
+    const double edge = symbolEdge();
     Symbol(QStringLiteral("magnifyingglass"))
         .paint(painter, QRectF(horizontalPadding, 0, edge, height()), edge, m_theme.symbol);
 }

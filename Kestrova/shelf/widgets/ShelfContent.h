@@ -1,18 +1,26 @@
 #pragma once
 
 #include "Kestrova/look/Transition.h"
+#include "Kestrova/shelf/widgets/Ground.h"
+#include "Kestrova/shelf/widgets/ItemContextMenu.h"
 #include "Kestrova/shelf/widgets/PictureDecoder.h"
+#include "Kestrova/shelf/widgets/ShelfFocus.h"
 #include "Kestrova/shelf/widgets/ShelfTheme.h"
 
 #include <QWidget>
 
 namespace kestrova {
 
+class Appearance;
 class ChipRow;
+class CollectionSheetView;
+class ClipboardItem;
 class DetailOverlay;
-class ItemContentView;
+class ItemGridView;
 class ItemListView;
+class ItemView;
 class MainQueue;
+class PreviewPane;
 class ShelfPanelView;
 class Sidebar;
 class TopBar;
@@ -20,42 +28,50 @@ class TopBar;
 /// All that the panel shows, laid out. It follows the state in `render` and holds none.
 class ShelfContent final : public QWidget {
 public:
-    /// How far what lies behind the window is let through.
-    enum class Ground { translucent, opaque };
-
-    /// Both outlive it.
-    ShelfContent(ShelfPanelView& view, MainQueue& mainQueue, QWidget* parent);
+    /// All of them outlive it.
+    ShelfContent(ShelfPanelView& view, MainQueue& mainQueue, const Appearance& appearance,
+                 TellReaders tellReaders, QWidget* parent);
 
     void render();
+    /// While nothing is rendered: drops what has been deleted.
+    void forgetDeleted();
     void setGround(Ground ground);
     /// Takes the keyboard away from whichever text control has it.
     void endEditing();
-
-    static constexpr int height = 540;
-    static constexpr double cornerRadius = 12;
+    /// A menu of them; the person may close it without a choice.
+    void pickShareTarget(const std::vector<ShareTarget>& targets,
+                         std::function<void(const ShareTarget&)> done);
 
 protected:
+    bool focusNextPrevChild(bool next) override { return m_focus.focusNext(next); }
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void arrange();
-    void placeFocus();
-    void searchFocusChanged(bool isFocused);
+    ItemView& items() const;
+    /// On the screen, at what shows the item, or as near to that as can be seen.
+    QPoint placeOfMenu(const ClipboardItem& item) const;
 
     ShelfPanelView& m_view;
+    const Appearance& m_appearance;
     PictureDecoder m_decoder;
     ShelfTheme m_theme;
     Ground m_ground = Ground::translucent;
+    ItemContextMenu m_contextMenu;
     Transition m_sidebarShown;
     Transition m_previewShown;
     TopBar* m_topBar;
     Sidebar* m_sidebar;
     ChipRow* m_chipRow;
     ItemListView* m_list;
-    ItemContentView* m_preview;
+    ItemGridView* m_grid;
+    PreviewPane* m_preview;
     DetailOverlay* m_overlay;
-    bool m_isRendering = false;
+    CollectionSheetView* m_collectionSheet;
+    ShelfFocus m_focus;
 };
 
 } // namespace kestrova

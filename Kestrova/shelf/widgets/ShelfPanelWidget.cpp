@@ -2,11 +2,16 @@
 
 #include "Kestrova/look/Easing.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
+#include "Kestrova/shelf/widgets/PanelAccessibility.h"
 #include "Kestrova/shelf/widgets/ShelfContent.h"
+#include "Platform/Appearance.h"
 #include "Platform/WindowManagement.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QCursor>
+#include <QKeyEvent>
 #include <QPixmap>
 #include <QScreen>
 #include <QWindow>
@@ -22,7 +27,6 @@ using namespace std::chrono_literals;
 constexpr auto widthDuration = 280ms;
 // The program is ready for others first.
 constexpr auto preparationDelay = 100ms;
-constexpr int fullWidth = 960;
 
 /// A menu of the program keeps the keyboard to itself, and so it must not stay beside the shelf.
 void closePopups() {
@@ -43,7 +47,7 @@ void run(QVariantAnimation& animation, const QVariant& from, const QVariant& to,
 
 /// Corners by whole pixels, for screens on which nothing is blended.
 QRegion roundedRegion(const QRect& rect) {
-    constexpr double radius = ShelfContent::cornerRadius;
+    constexpr double radius = ShelfFrame::cornerRadius;
     QRegion region(rect);
     for (int line = 0; line < static_cast<int>(radius); ++line) {
         const double rise = radius - line - 0.5;
@@ -61,6 +65,9 @@ QRegion roundedRegion(const QRect& rect) {
 ShelfPanelWidget::ShelfPanelWidget(Surroundings surroundings)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       m_surroundings(std::move(surroundings)) {
+    // First: what is asked for before that stays what it is.
+    installPanelAccessibility();
+    setAccessibleRole(*this, QAccessible::Dialog);
     setWindowTitle(QStringLiteral("Kestrova"));
     // Also where nothing is blended now: a compositor may start later, and the window's depth never changes.
     setAttribute(Qt::WA_TranslucentBackground);
@@ -72,13 +79,14 @@ ShelfPanelWidget::ShelfPanelWidget(Surroundings surroundings)
     connect(&m_alphaAnimation, &QVariantAnimation::valueChanged,
             [this](const QVariant& alpha) { setWindowOpacity(alpha.toDouble()); });
     connect(&m_widthAnimation, &QVariantAnimation::valueChanged, [this](const QVariant& width) {
-        m_content->resize(width.toInt(), ShelfContent::height);
+        m_content->resize(width.toInt(), ShelfFrame::height);
         shape();
     });
-    resize(fullWidth, ShelfContent::height);
+    resize(ShelfFrame::width, ShelfFrame::height);
 }
 
 ShelfPanelWidget::~ShelfPanelWidget() {
+    m_surroundings.appearance.onChange = nullptr;
     // First, and without the events of a window that hides: the state that it paints may have gone by now.
     delete m_content;
 }
@@ -86,6 +94,7 @@ ShelfPanelWidget::~ShelfPanelWidget() {
 void ShelfPanelWidget::setContent(ShelfPanelView& view) {
     m_view = &view;
     view.onRender = [this] { render(); };
+    m_surroundings.appearance.onChange = [this] { render(); };
     m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(preparationDelay, [this] {
         prepare();
         // In a turn of its own, so that nobody has to wait for both.
@@ -107,8 +116,9 @@ void ShelfPanelWidget::prepare() {
     m_preparation.cancel();
     if (m_content)
         return;
-    m_content = new ShelfContent(*m_view, m_surroundings.mainQueue, this);
-    m_content->resize(static_cast<int>(m_view->panelWidth()), ShelfContent::height);
+    m_content = new ShelfContent(*m_view, m_surroundings.mainQueue, m_surroundings.appearance,
+                                 m_surroundings.tellReaders, this);
+    m_content->resize(static_cast<int>(m_view->panelWidth()), ShelfFrame::height);
     create();
     ensurePolished();
     m_content->render();
@@ -116,6 +126,8 @@ void ShelfPanelWidget::prepare() {
 
 void ShelfPanelWidget::render() {
     m_isRenderDue = true;
+    if (!isVisible() && m_content)
+        m_content->forgetDeleted();
     if (!isVisible() || m_isRendering)
         return;
     m_isRendering = true;
@@ -126,7 +138,8 @@ void ShelfPanelWidget::render() {
                                    ? m_widthAnimation.endValue().toInt()
                                    : m_content->width();
         if (width != shownWidth)
-            run(m_widthAnimation, m_content->width(), width, widthDuration, QEasingCurve::InOutQuad);
+            run(m_widthAnimation, m_content->width(), width, widthDuration,
+                easing(AnimationTiming::easeInEaseOut));
         m_content->render();
     }
     m_isRendering = false;
@@ -156,6 +169,9 @@ void ShelfPanelWidget::setAlpha(double alpha) {
 }
 
 void ShelfPanelWidget::animateAlpha(double alpha, Duration duration, AnimationTiming timing) {
+    if (alpha == 0)
+        // What the menu offers is no longer on offer.
+        closePopups();
     run(m_alphaAnimation, windowOpacity(), alpha, duration, easing(timing));
 }
 
@@ -165,7 +181,7 @@ void ShelfPanelWidget::orderFrontRegardless() {
         prepare();
         if (std::exchange(m_isRenderDue, false)) {
             m_widthAnimation.stop();
-            m_content->resize(static_cast<int>(m_view->panelWidth()), ShelfContent::height);
+            m_content->resize(static_cast<int>(m_view->panelWidth()), ShelfFrame::height);
             m_content->render();
         }
         adaptToScreen();
@@ -181,6 +197,8 @@ void ShelfPanelWidget::orderOut() {
         m_frameAnimation.setCurrentTime(m_frameAnimation.duration());
     closePopups();
     hide();
+    if (m_view)
+        m_view->dropLists();
     rest();
 }
 
@@ -194,9 +212,15 @@ void ShelfPanelWidget::endEditing() {
         m_content->endEditing();
 }
 
+void ShelfPanelWidget::pickShareTarget(const std::vector<ShareTarget>& targets,
+                                       std::function<void(const ShareTarget&)> done) {
+    if (m_content)
+        m_content->pickShareTarget(targets, std::move(done));
+}
+
 void ShelfPanelWidget::adaptToScreen() {
     m_isBlended = m_surroundings.windowManagement.isCompositing();
-    m_content->setGround(m_isBlended ? ShelfContent::Ground::translucent : ShelfContent::Ground::opaque);
+    m_content->setGround(m_isBlended ? Ground::translucent : Ground::opaque);
     shape();
 }
 
@@ -212,6 +236,20 @@ void ShelfPanelWidget::closeEvent(QCloseEvent* event) {
     event->ignore();
     if (m_view)
         m_view->perform([this] { m_view->onDismiss(); });
+}
+
+void ShelfPanelWidget::keyPressEvent(QKeyEvent* event) {
+    // The toolkit takes the menu key alone for this, which many keyboards do not have.
+    const bool asksForMenu = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
+    if (!asksForMenu || !windowHandle()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    if (event->isAutoRepeat())
+        return;
+    // On its way from the window it finds whatever has the keyboard.
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, QCursor::pos());
+    QCoreApplication::sendEvent(windowHandle(), &menu);
 }
 
 void ShelfPanelWidget::resizeEvent(QResizeEvent*) {

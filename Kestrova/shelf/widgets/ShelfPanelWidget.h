@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kestrova/shelf/ShelfPanel.h"
+#include "Kestrova/shelf/widgets/PanelAccessibility.h"
 #include "Platform/MainQueue.h"
 
 #include <QRect>
@@ -11,6 +12,7 @@
 
 namespace kestrova {
 
+class Appearance;
 class ShelfContent;
 class WindowManagement;
 
@@ -24,10 +26,13 @@ public:
     struct Surroundings {
         MainQueue& mainQueue;
         WindowManagement& windowManagement;
+        Appearance& appearance;
         /// A rectangle of the screen in the toolkit's coordinates.
         std::function<QRect(const ScreenRect&)> toolkitRect;
         /// Told when nothing will be drawn for a while. May be empty.
         std::function<void()> onRest = {};
+        /// Where news for programs that read to people go.
+        TellReaders tellReaders = QAccessible::updateAccessibility;
     };
 
     /// What it is given outlives it.
@@ -46,9 +51,12 @@ public:
     void orderOut() override;
     void setIgnoresMouseEvents(bool ignores) override;
     void endEditing() override;
+    void pickShareTarget(const std::vector<ShareTarget>& targets,
+                         std::function<void(const ShareTarget&)> done) override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "Platform/Appearance.h"
+
 #include <QColor>
 #include <QFont>
 #include <QStringView>
+
+#include <optional>
 
 class QPalette;
 
@@ -47,6 +51,11 @@ struct ShelfTheme {
     QColor keyCapsule;
     QColor keyCapsuleStroke;
     QColor keyCapsuleText;
+    /// The same on the hint bar.
+    QColor keycap;
+    QColor hintBar;
+    QColor hintBarStroke;
+    QColor hintText;
 
     /// Round pictures and swatches.
     QColor hairline;
@@ -55,13 +64,20 @@ struct ShelfTheme {
 
     QColor dim;
     QColor card;
+    /// Text of what cannot be taken back, on `card`.
+    QColor destructive;
 
     /// The desktop's ordinary one, from which `interfaceFont` makes the others.
     QFont font;
 
     static ShelfTheme of(Scheme scheme);
-    /// What `themePreference` says; anything but "light" and "dark" follows the desktop.
-    static Scheme scheme(QStringView preference, const QPalette& desktop);
+    /// What `themePreference` says. Anything but "light" and "dark" follows the desktop: what it has been set
+    /// to, else what the colours of its widgets look like.
+    static Scheme scheme(QStringView preference, std::optional<Appearance::ColorScheme> desktop,
+                         const QPalette& palette);
+
+    /// What texts and lines are made of, white on the dark ground and black on the light one.
+    QColor primary(double opacity) const;
 
     /// For text controls.
     QPalette palette() const;

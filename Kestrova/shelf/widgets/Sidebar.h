@@ -7,6 +7,8 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -14,6 +16,8 @@ class QScrollArea;
 
 namespace kestrova {
 
+class KovaCollection;
+class LabelButton;
 class ShelfPanelView;
 class ThinScrollBar;
 
@@ -24,6 +28,11 @@ public:
     Sidebar(ShelfPanelView& view, QWidget* parent);
 
     void render(const ShelfTheme& theme);
+    /// Of the open lens.
+    SidebarRow& currentRow() const;
+
+    /// The person asks for the menu of a collection at a place of the screen.
+    std::function<void(const std::shared_ptr<KovaCollection>&, QPoint globalPosition)> onContextMenu;
 
     static constexpr int width = 200;
 
@@ -36,15 +45,18 @@ private:
     class RowColumn;
 
     int headerHeight() const;
+    int footerHeight() const;
     const SidebarCounts& counts();
     std::vector<SidebarRow::Values> rowValues();
     void makeRows(std::size_t count);
+    void askForMenu(std::size_t position, QPoint globalPosition);
     void arrange();
 
     ShelfPanelView& m_view;
     QScrollArea* m_scrollArea;
     RowColumn* m_column;
     ThinScrollBar* m_scrollBar;
+    LabelButton* m_newCollection;
     std::vector<SidebarRow*> m_rows;
     ShelfTheme m_theme;
     SidebarCounts m_counts;

@@ -1,11 +1,18 @@
 #include "Kestrova/shelf/widgets/SidebarRow.h"
 
+#include "Kestrova/look/Contrast.h"
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
+#include "Kestrova/look/TabularDigits.h"
+#include "Kestrova/shelf/SpokenItem.h"
 #include "Kestrova/shelf/widgets/KeyCapsule.h"
+#include "Kestrova/shelf/widgets/PanelAccessibility.h"
 
+#include <QContextMenuEvent>
 #include <QFontMetrics>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace kestrova {
 namespace {
@@ -26,10 +33,15 @@ constexpr double radius = 7;
 } // namespace
 
 SidebarRow::SidebarRow(QWidget* parent)
-    : PanelButton(parent), m_digitShown(150ms, QEasingCurve::OutQuad, [this] { update(); }) {}
+    : PanelButton(parent), m_digitShown(150ms, QEasingCurve::OutQuad, [this] { update(); }) {
+    // The arrow keys walk the rows.
+    setFocusPolicy(Qt::NoFocus);
+    setAccessibleRole(*this, QAccessible::ListItem);
+}
 
 void SidebarRow::render(const Values& values, const ShelfTheme& theme) {
     setTheme(theme);
+    setSelected(values.isSelected);
     if (values.optionShortcut)
         m_digit = *values.optionShortcut;
     if (isVisible())
@@ -39,23 +51,43 @@ void SidebarRow::render(const Values& values, const ShelfTheme& theme) {
     if (m_values == values)
         return;
     m_values = values;
-    setAccessibleName(QStringLiteral("%1, %2").arg(values.title).arg(values.count));
+    setSpokenName(*this, QStringLiteral("%1, %2").arg(values.title, spokenCount(values.count)));
     update();
 }
 
 QSize SidebarRow::sizeHint() const {
-    const int content = qMax(static_cast<int>(symbolFrame), QFontMetrics(interfaceFont(textSize)).height());
+    const int content =
+        std::max(interfaceLength(symbolFrame), QFontMetrics(interfaceFont(textSize)).height());
     return {1, content + static_cast<int>(2 * verticalPadding)};
 }
 
 QColor SidebarRow::barColor() const {
     if (!m_values.isSelected)
         return Qt::transparent;
-    if (!m_values.color)
-        return m_values.isInActiveLane ? theme().laneBar : theme().idleBar;
-    auto color = *m_values.color;
-    color.setAlphaF(m_values.isInActiveLane ? 1.0F : 0.6F);
+    const auto& plain = m_values.isInActiveLane ? theme().laneBar : theme().idleBar;
+    auto color = m_values.color.value_or(plain);
+    color.setAlphaF(plain.alphaF());
     return color;
+}
+
+QColor SidebarRow::symbolColor() const {
+    // A symbol means something, so it must be seen, whichever colour the person has chosen.
+    constexpr double leastContrast = 3.2;
+    if (!m_values.color)
+        return theme().symbol;
+    auto ground = theme().ground;
+    ground.setAlpha(255);
+    return withContrast(*m_values.color, blended(theme().sidebarHighlight, ground), leastContrast);
+}
+
+void SidebarRow::contextMenuEvent(QContextMenuEvent* event) {
+    if (onContextMenu)
+        onContextMenu(event->globalPos());
+}
+
+void SidebarRow::hideEvent(QHideEvent* event) {
+    PanelButton::hideEvent(event);
+    m_digitShown.finish();
 }
 
 void SidebarRow::paintEvent(QPaintEvent*) {
@@ -76,24 +108,23 @@ void SidebarRow::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(bar, barWidth / 2, barWidth / 2);
     rest.setLeft(bar.right() + spacing);
 
-    const QRectF symbol(rest.left(), rest.top(), symbolFrame, rest.height());
-    Symbol(m_values.symbol)
-        .paint(painter, symbol, Symbol::edgeFor(textSize), m_values.color.value_or(theme().symbol));
+    const QRectF symbol(rest.left(), rest.top(), interfaceLength(symbolFrame), rest.height());
+    Symbol(m_values.symbol).paint(painter, symbol, interfaceLength(Symbol::edgeFor(textSize)), symbolColor());
     rest.setLeft(symbol.right() + spacing);
 
     const auto countFont = interfaceFont(countSize);
     const auto count = QString::number(m_values.count);
-    const double countWidth = QFontMetricsF(countFont).horizontalAdvance(count) + 1;
+    const double countWidth = tabularWidth(count, countFont);
     painter.setFont(countFont);
     painter.setPen(theme().secondaryText);
     painter.setOpacity(1 - m_digitShown.value());
-    painter.drawText(rest, Qt::AlignVCenter | Qt::AlignRight, count);
+    drawTabularAtRight(painter, rest, count);
     painter.setOpacity(1);
     const KeyCapsule capsule{{QStringLiteral("option")}, QString::number(m_digit)};
     const double capsuleWidth = capsule.size().width();
     capsule.paint(painter, {rest.right() - capsuleWidth / 2, rest.center().y()}, theme(),
                   m_digitShown.value());
-    rest.setRight(rest.right() - qMax(countWidth, m_digitShown.isOn() ? capsuleWidth : 0.0) - spacing);
+    rest.setRight(rest.right() - std::max(countWidth, m_digitShown.isOn() ? capsuleWidth : 0.0) - spacing);
 
     const auto font = interfaceFont(textSize, m_values.isSelected ? QFont::DemiBold : QFont::Normal);
     painter.setFont(font);

@@ -26,14 +26,20 @@ public:
 
     explicit SidebarRow(QWidget* parent);
 
+    /// The person asks for the row's menu at a place of the screen. May be empty.
+    std::function<void(QPoint globalPosition)> onContextMenu;
+
     void render(const Values& values, const ShelfTheme& theme);
     QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     QColor barColor() const;
+    QColor symbolColor() const;
 
     Values m_values;
     int m_digit = 0;

@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/widgets/SymbolButton.h"
 
+#include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
 
 #include <QPainter>
@@ -19,6 +20,8 @@ void SymbolButton::render(const QString& symbol, bool isOn, const ShelfTheme& th
     setTheme(theme);
     updateOnChange(*this, m_symbol, symbol);
     updateOnChange(*this, m_isOn, isOn);
+    if (isCheckable())
+        setChecked(isOn);
 }
 
 void SymbolButton::showCapsule(bool isShown) {
@@ -26,6 +29,11 @@ void SymbolButton::showCapsule(bool isShown) {
         m_capsuleShown.glideTo(isShown);
     else
         m_capsuleShown.jumpTo(isShown);
+}
+
+void SymbolButton::hideEvent(QHideEvent* event) {
+    PanelButton::hideEvent(event);
+    m_capsuleShown.finish();
 }
 
 void SymbolButton::paintEvent(QPaintEvent*) {
@@ -44,7 +52,7 @@ void SymbolButton::paintEvent(QPaintEvent*) {
     }
     // The keys lie over it and are to be read alone.
     painter.setOpacity(1 - m_capsuleShown.value());
-    Symbol(m_symbol).paint(painter, frame, Symbol::edgeFor(m_symbolSize),
+    Symbol(m_symbol).paint(painter, frame, interfaceLength(Symbol::edgeFor(m_symbolSize)),
                            m_isOn ? theme().activeSymbol : theme().inactiveSymbol);
     painter.setOpacity(1);
     m_capsule.paint(painter, frame.center(), theme(), m_capsuleShown.value());

@@ -4,32 +4,90 @@
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace kestrova {
 namespace {
 
-// Several screens of rows; less than a megabyte even at twice the scale.
-constexpr qsizetype thumbnailsKept = 128;
+using namespace std::chrono_literals;
+
+constexpr qsizetype leastCapacity = 256 * 1024;
+// Longer than a frame of a pane that opens or closes.
+constexpr auto settleTime = 60ms;
+// A picture that is none takes room too, or they would never go.
+constexpr qsizetype emptyCost = 64;
+
+bool hasGone(const std::weak_ptr<ClipboardItem>& item) {
+    const auto held = item.lock();
+    return !held || held->isDeleted();
+}
 
 } // namespace
 
 ThumbnailCache::ThumbnailCache(MainQueue& mainQueue, PictureDecoder& decoder)
-    : m_mainQueue(mainQueue), m_decoder(decoder), m_thumbnails(thumbnailsKept) {}
+    : m_mainQueue(mainQueue), m_decoder(decoder), m_thumbnails(leastCapacity) {}
 
-std::optional<QImage> ThumbnailCache::thumbnail(const std::shared_ptr<ClipboardItem>& item, int edge) {
-    if (const auto* const kept = m_thumbnails.object(item->id().value);
-        kept && kept->edge == edge && kept->byteCount == item->values().imageByteCount)
+std::optional<QImage> ThumbnailCache::thumbnail(const std::shared_ptr<ClipboardItem>& item, QSize pixels) {
+    const auto* const kept = m_thumbnails.object({Key::Kind::item, item->id().value});
+    if (!kept || kept->pixels != pixels || kept->byteCount != item->values().imageByteCount)
+        wish(item, pixels);
+    return kept ? std::optional{kept->picture} : std::nullopt;
+}
+
+QImage ThumbnailCache::filled(const QImage& picture, QSize pixels) {
+    const Key key{Key::Kind::picture, picture.cacheKey()};
+    if (const auto* const kept = m_thumbnails.object(key); kept && (kept->pixels == pixels || m_isUnsettled))
         return kept->picture;
-    const auto isThisOne = [&](const auto& wish) { return wish.first == item; };
-    if (std::ranges::none_of(m_wishes, isThisOne))
-        m_wishes.emplace_back(item, edge);
+    const auto scaled = filling(picture, pixels);
+    keep(key, {{}, pixels, scaled});
+    return scaled;
+}
+
+void ThumbnailCache::wish(const std::shared_ptr<ClipboardItem>& item, QSize pixels) {
+    const auto known = std::ranges::find(m_wishes, item->id(), &Wish::id);
+    if (known == m_wishes.end())
+        m_wishes.push_back({item, item->id(), pixels});
+    else
+        known->pixels = pixels;
     scheduleNext();
-    return {};
+}
+
+void ThumbnailCache::awaitSettledSizes() {
+    m_isUnsettled = true;
+    m_next.cancel();
+    m_next = m_mainQueue.afterUnlessCancelled(settleTime, [this] {
+        m_isUnsettled = false;
+        if (onSettled)
+            onSettled();
+        readNext();
+    });
 }
 
 void ThumbnailCache::forgetWishes() {
     m_wishes.clear();
     m_next.cancel();
+    m_isUnsettled = false;
+}
+
+void ThumbnailCache::clear() {
+    forgetWishes();
+    m_thumbnails.clear();
+    m_owners.clear();
+}
+
+void ThumbnailCache::forgetDeleted() {
+    std::erase_if(m_wishes, [](const Wish& wish) { return hasGone(wish.item); });
+    std::erase_if(m_owners, [this](const auto& owner) {
+        const Key key{Key::Kind::item, owner.first.value};
+        if (hasGone(owner.second))
+            m_thumbnails.remove(key);
+        return !m_thumbnails.contains(key);
+    });
+}
+
+void ThumbnailCache::setCapacity(qsizetype bytes) {
+    m_thumbnails.setMaxCost(std::max(bytes, leastCapacity));
 }
 
 void ThumbnailCache::scheduleNext() {
@@ -39,28 +97,40 @@ void ThumbnailCache::scheduleNext() {
 
 void ThumbnailCache::readNext() {
     m_next = {};
-    std::erase_if(m_wishes, [this](const auto& wish) {
-        return wish.first->isDeleted() || !isInSight || !isInSight(wish.first->id());
-    });
-    if (m_wishes.empty())
+    const auto place = [this](const Wish& wish) { return placeInSight(wish.id); };
+    std::erase_if(m_wishes, [&](const Wish& wish) { return hasGone(wish.item) || !place(wish); });
+    if (m_isDecoding || m_wishes.empty())
         return;
-    const auto [item, edge] = m_wishes.front();
+    const auto next = *std::ranges::min_element(m_wishes, {}, place);
+    const auto item = next.item.lock();
+    const auto byteCount = item->values().imageByteCount;
     m_isDecoding = true;
-    // A read that fails is remembered like a picture that is none: it is not tried again at every painting.
-    m_decoder.decode(item->imageData().value_or(QByteArray()), QSize(edge, edge),
-                     PictureDecoder::Fit::filling,
-                     [this, wished = item, wishedEdge = edge](const QImage& picture) {
+    m_decoder.decode(item->storedImageData(), next.pixels, PictureDecoder::Fit::filling,
+                     [this, next, byteCount](const QImage& picture) {
                          m_isDecoding = false;
-                         keep(*wished, wishedEdge, picture);
+                         arrived(next, byteCount, picture);
                          scheduleNext();
                      });
 }
 
-void ThumbnailCache::keep(const ClipboardItem& item, int edge, const QImage& picture) {
-    m_thumbnails.insert(item.id().value, new Thumbnail{item.values().imageByteCount, edge, picture});
-    std::erase_if(m_wishes, [&](const auto& wish) { return *wish.first == item; });
+void ThumbnailCache::arrived(const Wish& wish, std::optional<std::int64_t> byteCount, const QImage& picture) {
+    const auto item = wish.item.lock();
+    if (!item || item->isDeleted())
+        return;
+    // A read that fails is remembered like a picture that is none: it is not tried again at every painting.
+    keep({Key::Kind::item, wish.id.value}, {byteCount, wish.pixels, picture});
+    m_owners[wish.id] = wish.item;
+    std::erase_if(m_wishes, [&](const Wish& other) {
+        return other.id == wish.id && other.pixels == wish.pixels &&
+               byteCount == item->values().imageByteCount;
+    });
     if (onArrival)
-        onArrival();
+        onArrival(wish.id);
+}
+
+void ThumbnailCache::keep(const Key& key, Thumbnail thumbnail) {
+    const auto cost = std::max<qsizetype>(emptyCost, thumbnail.picture.sizeInBytes());
+    m_thumbnails.insert(key, new Thumbnail(std::move(thumbnail)), cost);
 }
 
 } // namespace kestrova

@@ -19,7 +19,7 @@ public:
     SearchField& searchField() { return *m_searchField; }
     void render(const ShelfTheme& theme);
 
-    static constexpr int height = 56;
+    static int height();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

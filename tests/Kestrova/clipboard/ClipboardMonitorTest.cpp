@@ -44,6 +44,7 @@ struct RecordingRecognizer final : TextRecognizer {
 };
 
 struct RecordingPreviews final : LinkPreviewCache {
+    std::optional<Preview> cachedPreview(const QUrl&) const override { return std::nullopt; }
     QCoro::Task<> fetch(QUrl url) override {
         asked.append(url.toString());
         co_return;

@@ -1,11 +1,11 @@
 #include "Kestrova/commandline/CommandHandler.h"
 
-#include "Kestrova/capture/HUD.h"
 #include "Kestrova/clipboard/OwnWrite.h"
 #include "Kestrova/commandline/ItemListing.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/Ports.h"
+#include "tests/support/RecordingHUD.h"
 #include "tests/support/StoreFixture.h"
 
 #include <QJsonArray>
@@ -36,7 +36,7 @@ protected:
     FakeWorkspace m_workspace;
     InMemoryUserDefaults m_defaults;
     FakeMachineInfo m_machineInfo;
-    NoHUD m_hud;
+    RecordingHUD m_hud;
     ModelContext m_writer{*m_container};
     CommandHandler m_handler{{.container = *m_container,
                               .pasteboard = m_pasteboard,
@@ -147,10 +147,13 @@ TEST_F(CommandHandlerTest, GetsTheTextToTheByteAndThePicture) {
 
 TEST_F(CommandHandlerTest, CopiesWithTheOwnWriteMark) {
     ownWriteChangeCount = 0;
-    insert(makeText(QStringLiteral("back again"), 1));
+    const auto item = insert(makeText(QStringLiteral("back again"), 1));
     EXPECT_EQ(run("copy 1"), CommandReply{});
     EXPECT_EQ(m_pasteboard.written(), std::vector<PasteboardEntry>{PlainText{QStringLiteral("back again")}});
     EXPECT_EQ(ownWriteChangeCount, m_pasteboard.changeCount());
+    ASSERT_EQ(m_hud.shown.size(), 1U);
+    EXPECT_EQ(m_hud.shown.front().first, HUDEvent::copied);
+    EXPECT_EQ(m_hud.shown.front().second->id(), item->id());
 }
 
 TEST_F(CommandHandlerTest, AddsATextFiledAsACopiedOneWouldBeAlsoIfItIsThereAlready) {

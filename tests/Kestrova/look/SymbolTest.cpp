@@ -38,7 +38,8 @@ INSTANTIATE_TEST_SUITE_P(Names, SymbolTest,
                                          u"tray", u"tray.full.fill", u"camera.viewfinder", u"folder",
                                          u"folder.fill", u"plus.circle.fill", u"delete.left",
                                          u"checkmark.square.fill", u"square", u"square.dashed",
-                                         u"rectangle.stack.badge.minus"));
+                                         u"slash.circle", u"rectangle.stack.badge.minus", u"doc.on.doc.fill",
+                                         u"doc.on.clipboard.fill", u"viewfinder", u"pencil.and.outline"));
 
 TEST(UnknownSymbolTest, IsNothing) {
     const Symbol symbol(QStringLiteral("no.such.symbol"));

@@ -8,6 +8,8 @@
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/ManualMainQueue.h"
 #include "tests/support/RecordingHUD.h"
+#include "tests/support/RecordingSharing.h"
+#include "tests/support/RecordingWorkspace.h"
 #include "tests/support/StoreFixture.h"
 
 #include <algorithm>
@@ -119,17 +121,21 @@ protected:
     FakeEventMonitors monitors;
     RecordingHUD hud;
     FakeShelfPanel panel;
+    RecordingWorkspace workspace;
+    RecordingSharing sharing;
 
     QStringList pasted;
     int dismissals = 0;
+    int stepsAside = 0;
     QStringList imagesToEdit;
     std::vector<double> widths;
 
-    ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel},
+    ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing},
                         {.onSelect = [this](const auto& item) { pasted.append(item->content()); },
                          .onDismiss = [this] { ++dismissals; },
                          .onEditImage = [this](const auto& item) { imagesToEdit.append(item->content()); },
-                         .onPanelWidthChange = [this](double width) { widths.push_back(width); }}};
+                         .onPanelWidthChange = [this](double width) { widths.push_back(width); },
+                         .onStepAside = [this] { ++stepsAside; }}};
 
 private:
     ModelContext m_elsewhere{*m_container};

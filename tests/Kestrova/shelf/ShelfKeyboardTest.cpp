@@ -59,10 +59,26 @@ TEST_F(ShelfMonitorTest, ModifiersOfThePanelAreFollowedAndPassedOn) {
 TEST_F(ShelfMonitorTest, ModifiersThatAreLetGoWithTheWindowAreHeldNoLonger) {
     sendFlags(panel.number, ModifierFlags::command);
     panel.visible = false;
+    sendFlags(panel.number, ModifierFlags::command | ModifierFlags::option);
+    EXPECT_TRUE(view._commandHeld);
+    EXPECT_FALSE(view._optionHeld) << "only letting go counts";
     sendFlags(panel.number, ModifierFlags::option);
-    EXPECT_TRUE(view._commandHeld) << "only letting go counts";
-    sendFlags(panel.number, 0);
+    EXPECT_FALSE(view._commandHeld || view._optionHeld);
+}
+
+TEST_F(ShelfMonitorTest, AModifierThatIsLetGoInAMenuOfOursIsHeldNoLonger) {
+    sendFlags(panel.number, ModifierFlags::option | ModifierFlags::command);
+    sendFlags(panel.number + 1, ModifierFlags::command);
+    EXPECT_FALSE(view._optionHeld);
+    EXPECT_TRUE(view._commandHeld);
+    sendFlags(panel.number + 1, 0);
     EXPECT_FALSE(view._commandHeld);
+}
+
+TEST_F(ShelfMonitorTest, AShowBeginsWithoutHeldModifiers) {
+    sendFlags(panel.number, ModifierFlags::option | ModifierFlags::command | ModifierFlags::control);
+    view.shelfPanelDidShow();
+    EXPECT_FALSE(view._optionHeld || view._commandHeld || view._controlHeld);
 }
 
 TEST_F(ShelfMonitorTest, ModifiersOfOtherWindowsAreNotFollowed) {
@@ -406,6 +422,68 @@ TEST_F(ShelfKeyboardTest, AHeldReturnThatLeadsToTheListDoesNotPasteThere) {
 TEST_F(ShelfKeyboardTest, AHeldKeyWithNothingToPastePassesOn) {
     EXPECT_FALSE(press(VirtualKey::returnKey, 0, {}, true));
     EXPECT_FALSE(digit(u"1"_qs, ModifierFlags::command, true));
+}
+
+struct HeldKey {
+    const char* name;
+    std::uint16_t keyCode;
+    std::uint32_t flags = ModifierFlags::command;
+    ClipboardItemType type = text;
+};
+
+void PrintTo(const HeldKey& key, std::ostream* out) {
+    *out << key.name;
+}
+
+class HeldCommandTest : public ShelfKeyboardFixture, public testing::WithParamInterface<HeldKey> {
+protected:
+    /// All that a command may change.
+    auto outcome() {
+        std::vector<bool> pins;
+        for (const auto& item : view.items())
+            pins.push_back(item->pinned());
+        return std::tuple(shown(), pins, view._viewMode, view._route, static_cast<bool>(view._previewVisible),
+                          static_cast<bool>(view._sidebarVisible), pasteboard.written().size(),
+                          imagesToEdit.size());
+    }
+};
+
+TEST_P(HeldCommandTest, IsDoneOnceAndTheRepeatsReachNobodyElse) {
+    for (int i = 0; i < 4; ++i)
+        add(QString::number(i), {.type = GetParam().type, .imageData = QByteArray("png bytes")});
+    const auto before = outcome();
+    EXPECT_TRUE(press(GetParam().keyCode, GetParam().flags));
+    // A screen that has opened takes the keys from then on.
+    act([&] { view._route.reset(); });
+    const auto once = outcome();
+    const bool opensAScreen = before == once;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(press(GetParam().keyCode, GetParam().flags, {}, true));
+        EXPECT_TRUE(outcome() == once);
+    }
+    EXPECT_EQ(opensAScreen, GetParam().keyCode == VirtualKey::k ||
+                                (GetParam().keyCode == VirtualKey::e && GetParam().type == text));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, HeldCommandTest,
+    testing::Values(HeldKey{"Copy", VirtualKey::c}, HeldKey{"Edit", VirtualKey::e},
+                    HeldKey{"EditPicture", VirtualKey::e, ModifierFlags::command, image},
+                    HeldKey{"Pin", VirtualKey::p}, HeldKey{"Actions", VirtualKey::k},
+                    HeldKey{"Mode", VirtualKey::grave}, HeldKey{"Delete", VirtualKey::deleteKey},
+                    HeldKey{"Preview", VirtualKey::i, ModifierFlags::command | ModifierFlags::option},
+                    HeldKey{"Sidebar", VirtualKey::s, ModifierFlags::command | ModifierFlags::option}),
+    [](const auto& key) { return std::string(key.param.name); });
+
+TEST_F(ShelfKeyboardTest, AHeldCommandZUndoesOneDeletionAfterTheOther) {
+    addLetters(u"cba"_qs);
+    for (int i = 0; i < 3; ++i)
+        command(VirtualKey::deleteKey);
+    ASSERT_EQ(shown(), QStringList());
+    EXPECT_TRUE(command(VirtualKey::z));
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(press(VirtualKey::z, ModifierFlags::command, {}, true));
+    EXPECT_EQ(shown(), (QStringList{u"a"_qs, u"b"_qs, u"c"_qs}));
 }
 
 } // namespace

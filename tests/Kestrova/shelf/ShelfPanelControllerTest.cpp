@@ -29,6 +29,7 @@ protected:
     InMemoryUserDefaults defaults;
     TracedHUD hud{trace};
     TracedPanel panel{trace};
+    TracedSharing sharing{trace};
     std::unique_ptr<ShelfPanelController> controller;
 
     void SetUp() override {
@@ -50,7 +51,8 @@ protected:
                                                .accessibility = accessibility,
                                                .defaults = defaults,
                                                .hud = hud,
-                                               .panel = panel});
+                                               .panel = panel,
+                                               .sharing = sharing});
         trace.take();
     }
 
@@ -101,6 +103,31 @@ TEST_F(ShelfPanelControllerTest, TheHideSequenceGivesTheFocusBackWithoutWaitingF
     EXPECT_FALSE(controller->isPanelVisible());
 }
 
+TEST_F(ShelfPanelControllerTest, OpeningAFileLetsTheShelfStepAsideWithoutActivatingThePreviousApplication) {
+    show();
+    const auto file = item(ClipboardItemType::file);
+    file->setFileURLString(u"file:///home/kim/a.pdf"_s);
+    auto& view = controller->view();
+    view.perform([&] { view.openFile(*file); });
+    EXPECT_THAT(trace.take(),
+                ElementsAre(u"160 workspace.open file:///home/kim/a.pdf"_s, u"160 monitors.removeGlobal"_s,
+                            u"160 panel.animateAlpha 0 120 easeIn"_s));
+    mainQueue.advance(120ms);
+    EXPECT_THAT(trace.take(), ElementsAre(u"280 panel.orderOut"_s));
+}
+
+TEST_F(ShelfPanelControllerTest, SharingAsksOnTheNextTurnAndStepsAsideOnlyAfterAChoice) {
+    show();
+    auto& view = controller->view();
+    view.perform([&] { view.share(item()); });
+    EXPECT_THAT(trace.take(), IsEmpty());
+    mainQueue.turn();
+    EXPECT_THAT(trace.take(), ElementsAre(u"160 panel.pickShareTarget 0"_s));
+    panel.onSharePicked({.identifier = u"notes"_s, .name = {}, .icon = {}});
+    EXPECT_THAT(trace.take(), ElementsAre(u"160 sharing.share words notes"_s, u"160 monitors.removeGlobal"_s,
+                                          u"160 panel.animateAlpha 0 120 easeIn"_s));
+}
+
 TEST_F(ShelfPanelControllerTest, AHideWithoutAPreviousApplicationActivatesNobody) {
     workspace.frontmost.reset();
     show();
@@ -141,6 +168,28 @@ TEST_F(ShelfPanelControllerTest, PreviousAppIsRewrittenAtEveryShowEvenToOurselve
     workspace.frontmost = ourselves;
     controller->showPanel();
     EXPECT_EQ(controller->previousApp(), ourselves);
+}
+
+TEST_F(ShelfPanelControllerTest, TheOneThatIsKeptWhileThePanelIsInFrontIsPastedInto) {
+    show();
+    RunningApplication thePanel;
+    thePanel.bundleIdentifier = u"com.brelvane.Kestrova"_s;
+    thePanel.window = static_cast<std::uint32_t>(panel.windowNumber());
+    workspace.frontmost = thePanel;
+    show();
+    EXPECT_EQ(controller->previousApp(), editor);
+    controller->paste(item());
+    mainQueue.advance(1s);
+    EXPECT_THAT(trace.take().filter(u" editor"_s),
+                ElementsAre(u"320 accessibility.setSelectedText editor words"_s,
+                            u"370 workspace.activate editor"_s, u"420 keys.postPaste editor"_s));
+}
+
+TEST_F(ShelfPanelControllerTest, WithNobodyInFrontAShowForgetsThePreviousApplication) {
+    show();
+    workspace.frontmost.reset();
+    show();
+    EXPECT_EQ(controller->previousApp(), std::nullopt);
 }
 
 TEST_F(ShelfPanelControllerTest, ARepeatedShowLeavesOneMouseMonitor) {

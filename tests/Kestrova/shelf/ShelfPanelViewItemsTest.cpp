@@ -147,6 +147,42 @@ TEST_F(ShelfItemsTest, AChangeThatCannotBeSavedStandsAndNothingIsShown) {
     EXPECT_EQ(shown(), QStringList{u"a"_qs});
 }
 
+TEST_F(ShelfItemsTest, WhatWasTypedInAnItemThatIsDeletedMeanwhileBecomesANewOne) {
+    const auto link = add(u"https://a.example"_qs, {.type = url, .pinned = true});
+    act([&] { view.edit(link); });
+    deleteElsewhere(link->id());
+    act([&] { view.saveEdit(*link, u"https://b.example"_qs); });
+    ASSERT_EQ(savedContents(*m_container), QStringList{u"https://b.example"_qs});
+    const auto& made = *view.items().front();
+    EXPECT_EQ(made.type(), url);
+    EXPECT_EQ(made.source(), ItemSource::clipboard);
+    EXPECT_FALSE(made.pinned());
+    EXPECT_GT(made.createdAt(), link->createdAt());
+    EXPECT_EQ(view._route, std::nullopt);
+}
+
+TEST_F(ShelfItemsTest, ADeletedItemInWhichNothingWasTypedStaysDeleted) {
+    const auto a = add(u"a"_qs);
+    act([&] { view.edit(a); });
+    deleteElsewhere(a->id());
+    act([&] { view.saveEdit(*a, u"a"_qs); });
+    EXPECT_EQ(savedContents(*m_container), QStringList());
+    EXPECT_EQ(view._route, std::nullopt);
+}
+
+TEST_F(ShelfItemsTest, AnItemThatIsDeletedMeanwhileIsNeitherPinnedNorDeletedAgain) {
+    const auto a = add(u"a"_qs);
+    deleteElsewhere(a->id());
+    act([&] {
+        view.togglePin(*a);
+        view.deleteItem(*a);
+    });
+    EXPECT_FALSE(a->pinned());
+    EXPECT_TRUE(view._deletedStack.empty());
+    act([&] { view.undoLastDelete(); });
+    EXPECT_EQ(savedContents(*m_container), QStringList());
+}
+
 // Drops
 
 TEST_F(ShelfItemsTest, ADroppedLinkBecomesALink) {

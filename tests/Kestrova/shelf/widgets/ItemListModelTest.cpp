@@ -42,5 +42,12 @@ TEST_F(ItemListModelTest, TheSameItemsChangeNothing) {
     EXPECT_EQ(m_resets, 1);
 }
 
+TEST_F(ItemListModelTest, LooksAtNoItemBeforeItIsAskedForOne) {
+    // Null items would be found out.
+    m_model.show(ItemListModel::Items(100'000));
+    EXPECT_EQ(m_model.rowCount(), 100'000);
+    EXPECT_EQ(m_model.index(99'999, 0).data(), QVariant());
+}
+
 } // namespace
 } // namespace kestrova

@@ -1,4 +1,5 @@
 #include "Kestrova/shelf/ItemRow.h"
+#include "Kestrova/detail/RGBA.h"
 #include "KestrovaCore/ClipboardItem.h"
 #include "tests/support/StoreFixture.h"
 
@@ -104,6 +105,15 @@ TEST(ItemRowTest, AColourIsDrawnInItselfOnlyBetweenTheVeryDarkAndTheVeryLight) {
     }
     EXPECT_TRUE(rowOf(ClipboardItemType::color, u"#272727"_qs).primaryColor);
     EXPECT_TRUE(rowOf(ClipboardItemType::color, u"#d8d8d8"_qs).primaryColor);
+}
+
+TEST(ItemRowTest, ChannelsOutOfRangeCountInFullForTheLuminanceAndAreDrawnInForThePainting) {
+    EXPECT_FALSE(rowOf(ClipboardItemType::color, u"rgb(300, 300, 0)"_qs).primaryColor) << "1.09";
+    const auto dim = rowOf(ClipboardItemType::color, u"rgb(-255, 0, 510)"_qs);
+    EXPECT_EQ(dim.swatch, QColor(0, 0, 255));
+    EXPECT_FALSE(dim.primaryColor) << "-0.07";
+    EXPECT_EQ(rowOf(ClipboardItemType::color, u"rgb(-255, 255, 0)"_qs).primaryColor, QColor(0, 255, 0));
+    EXPECT_NEAR(relativeLuminance({2, -1, 0.5, 1}), -0.2539, 1e-12);
 }
 
 TEST(ItemRowTest, AColourThatCannotBeReadHasNeitherSwatchNorColour) {

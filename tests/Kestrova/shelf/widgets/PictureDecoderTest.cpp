@@ -39,6 +39,13 @@ TEST(DecodedPictureTest, FillingIsCutAtTheSides) {
     EXPECT_EQ(picture.pixelColor(33, 18), QColor(Qt::blue));
 }
 
+TEST(DecodedPictureTest, AVeryLongPictureFillsAsAnyOther) {
+    const auto picture = decodedPicture(twoColours({30'000, 2}), {160, 100}, Fit::filling);
+    EXPECT_EQ(picture.size(), QSize(160, 100));
+    EXPECT_EQ(picture.pixelColor(2, 50), QColor(Qt::red));
+    EXPECT_EQ(picture.pixelColor(157, 50), QColor(Qt::blue));
+}
+
 TEST(DecodedPictureTest, BytesThatAreNoPictureGiveNone) {
     EXPECT_TRUE(decodedPicture("no picture", {10, 10}, Fit::within).isNull());
     EXPECT_TRUE(decodedPicture({}, {10, 10}, Fit::filling).isNull());
@@ -50,10 +57,11 @@ TEST(PictureDecoderTest, TellsOnTheMainThread) {
     PictureDecoder decoder(queue);
     QImage told;
     QThread* thread = nullptr;
-    decoder.decode(twoColours({100, 100}), {20, 20}, Fit::within, [&](const QImage& picture) {
-        told = picture;
-        thread = QThread::currentThread();
-    });
+    decoder.decode(StoredImageData(twoColours({100, 100})), {20, 20}, Fit::within,
+                   [&](const QImage& picture) {
+                       told = picture;
+                       thread = QThread::currentThread();
+                   });
     EXPECT_TRUE(told.isNull());
     ASSERT_TRUE(QTest::qWaitFor([&] { return thread != nullptr; }, 10'000));
     EXPECT_EQ(thread, QThread::currentThread());
@@ -66,7 +74,7 @@ TEST(PictureDecoderTest, TellsNobodyOnceItHasGone) {
     {
         PictureDecoder decoder(queue);
         for (int i = 0; i < 5; ++i)
-            decoder.decode(twoColours({300, 300}), {20, 20}, Fit::within,
+            decoder.decode(StoredImageData(twoColours({300, 300})), {20, 20}, Fit::within,
                            [&](const QImage&) { wasTold = true; });
     }
     bool isLater = false;

@@ -38,11 +38,20 @@ protected:
     const ShelfTheme theme = ShelfTheme::of(GetParam());
 
     void expectReadable(const QColor& text, std::initializer_list<QColor> layers, const char* where) const {
+        expectContrast(4.5, text, layers, where);
+    }
+    void expectVisible(const QColor& symbol, std::initializer_list<QColor> layers, const char* where) const {
+        expectContrast(3, symbol, layers, where);
+    }
+
+private:
+    void expectContrast(double least, const QColor& top, std::initializer_list<QColor> layers,
+                        const char* where) const {
         for (const auto desktop : {QColor(Qt::white), QColor(Qt::black)}) {
             auto ground = over(theme.ground, desktop);
             for (const auto& layer : layers)
                 ground = over(layer, ground);
-            EXPECT_GE(contrast(text, ground), 4.5) << where << " over " << qPrintable(desktop.name());
+            EXPECT_GE(contrast(top, ground), least) << where << " over " << qPrintable(desktop.name());
         }
     }
 };
@@ -73,6 +82,26 @@ TEST_P(ShelfThemeTest, TextsCanBeReadOnEveryGroundOverAnyDesktop) {
     expectReadable(theme.keyCapsuleText, {theme.card, theme.keyCapsule}, "keys on a card");
 }
 
+TEST_P(ShelfThemeTest, HintsCanBeRead) {
+    expectReadable(theme.hintText, {theme.hintBar}, "label");
+    expectReadable(theme.keyCapsuleText, {theme.hintBar, theme.keycap}, "keycap");
+}
+
+TEST_P(ShelfThemeTest, SymbolsThatMeanSomethingCanBeSeen) {
+    expectVisible(theme.symbol, {}, "symbol");
+    expectVisible(theme.symbol, {theme.selection}, "symbol of a selected row");
+    expectVisible(theme.symbol, {theme.sidebarHighlight}, "symbol of a sidebar row");
+    expectVisible(theme.symbol, {theme.chip}, "symbol of a chip");
+    expectVisible(theme.activeSymbol, {theme.selectedChip}, "symbol of a selected chip");
+    expectVisible(theme.activeSymbol, {theme.hover}, "hovered button that is on");
+    expectVisible(theme.inactiveSymbol, {}, "button that is off");
+    expectVisible(theme.inactiveSymbol, {theme.hover}, "hovered button that is off");
+    expectVisible(theme.inactiveSymbol, {theme.focusedField}, "button that empties the search");
+    expectVisible(theme.laneBar, {theme.sidebarHighlight}, "bar of the lane");
+    expectVisible(theme.idleBar, {theme.sidebarHighlight}, "bar of a selected row");
+    expectVisible(theme.chipRing, {theme.chip}, "ring of a chip");
+}
+
 TEST_P(ShelfThemeTest, TheMaterialIsNearlyOpaque) {
     EXPECT_GE(theme.ground.alphaF(), 0.92F);
     EXPECT_EQ(theme.card.alpha(), 255);
@@ -92,11 +121,20 @@ TEST(ShelfThemeSchemeTest, ThePreferenceHoldsAndAnythingElseFollowsTheDesktop) {
     QPalette darkDesktop(lightDesktop);
     darkDesktop.setColor(QPalette::Window, Qt::black);
     darkDesktop.setColor(QPalette::WindowText, Qt::white);
-    EXPECT_EQ(ShelfTheme::scheme(u"light", darkDesktop), Scheme::light);
-    EXPECT_EQ(ShelfTheme::scheme(u"dark", lightDesktop), Scheme::dark);
+    using Desktop = Appearance::ColorScheme;
+    for (const auto said :
+         {std::optional<Desktop>(), std::optional(Desktop::light), std::optional(Desktop::dark)})
+        for (const auto& palette : {lightDesktop, darkDesktop}) {
+            EXPECT_EQ(ShelfTheme::scheme(u"light", said, palette), Scheme::light);
+            EXPECT_EQ(ShelfTheme::scheme(u"dark", said, palette), Scheme::dark);
+        }
     for (const auto* const other : {u"system", u"", u"Dark"}) {
-        EXPECT_EQ(ShelfTheme::scheme(other, lightDesktop), Scheme::light);
-        EXPECT_EQ(ShelfTheme::scheme(other, darkDesktop), Scheme::dark);
+        for (const auto& palette : {lightDesktop, darkDesktop}) {
+            EXPECT_EQ(ShelfTheme::scheme(other, Desktop::light, palette), Scheme::light);
+            EXPECT_EQ(ShelfTheme::scheme(other, Desktop::dark, palette), Scheme::dark);
+        }
+        EXPECT_EQ(ShelfTheme::scheme(other, std::nullopt, lightDesktop), Scheme::light);
+        EXPECT_EQ(ShelfTheme::scheme(other, std::nullopt, darkDesktop), Scheme::dark);
     }
 }
 

@@ -6,10 +6,13 @@
 #include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
 #include "Platform/WindowManagement.h"
 #include "Platform/x11/QtMainQueue.h"
+#include "tests/support/FakeAppearance.h"
 #include "tests/support/FakeEventMonitors.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/RecordingHUD.h"
+#include "tests/support/RecordingSharing.h"
+#include "tests/support/RecordingWorkspace.h"
 #include "tests/support/StoreFixture.h"
 
 #include <QBuffer>
@@ -23,7 +26,9 @@ namespace kestrova {
 class FakeWindowManagement final : public WindowManagement {
 public:
     bool isCompositing() const override { return compositing; }
+    bool isScreenCovered() const override { return false; }
     void standApart(std::uint64_t window) override { apart.push_back(window); }
+    void limitPresses(std::uint64_t, const QRegion&) override {}
 
     bool compositing = true;
     std::vector<std::uint64_t> apart;
@@ -33,6 +38,14 @@ public:
 class WidgetFixture : public StoreFixture {
 protected:
     static constexpr std::chrono::seconds deadline{10};
+
+    /// What programs that read to people are told.
+    struct News {
+        QAccessible::Event event;
+        const QObject* object;
+        int child;
+        bool operator==(const News&) const = default;
+    };
 
     WidgetFixture() { panel.setContent(view); }
 
@@ -45,6 +58,11 @@ protected:
         m_elsewhere.insert(item);
         EXPECT_TRUE(m_elsewhere.save());
         return *std::ranges::find(view.items(), item->id(), &ClipboardItem::id);
+    }
+
+    void deleteElsewhere(ItemID id) {
+        m_elsewhere.remove(*m_elsewhere.item(id));
+        EXPECT_TRUE(m_elsewhere.save());
     }
 
     /// As the controller does.
@@ -86,17 +104,29 @@ protected:
     FakeEventMonitors monitors;
     RecordingHUD hud;
     FakeWindowManagement windowManagement;
+    FakeAppearance appearance;
+    RecordingWorkspace workspace;
+    RecordingSharing sharing;
     int dismissals = 0;
+    int stepsAside = 0;
+    std::vector<News> news;
     ShelfPanelWidget panel{{.mainQueue = queue,
                             .windowManagement = windowManagement,
-                            .toolkitRect = [](const ScreenRect& frame) {
-                                return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
-                            }}};
-    ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel},
+                            .appearance = appearance,
+                            .toolkitRect =
+                                [](const ScreenRect& frame) {
+                                    return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
+                                },
+                            .tellReaders =
+                                [this](const QAccessibleEvent* event) {
+                                    news.push_back({event->type(), event->object(), event->child()});
+                                }}};
+    ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing},
                         {.onSelect = [](const auto&) {},
                          .onDismiss = [this] { ++dismissals; },
                          .onEditImage = [](const auto&) {},
-                         .onPanelWidthChange = [](double) {}}};
+                         .onPanelWidthChange = [](double) {},
+                         .onStepAside = [this] { ++stepsAside; }}};
 
 private:
     // The toolkit's own search needs classes that its code generator has seen.

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QRectF>
+#include <QString>
+
+class QFont;
+class QPainter;
+
+namespace kestrova {
+
+/// Digits that are all equally wide, whatever the font: what stands beside them does not move as they change.
+double tabularWidth(const QString& digits, const QFont& font);
+/// In the painter's font, in the middle of the height of `frame`; they end at its right edge.
+void drawTabularAtRight(QPainter& painter, const QRectF& frame, const QString& digits);
+
+} // namespace kestrova

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Kestrova/shelf/widgets/ShelfTheme.h"
+
+#include <QPushButton>
+
+#include <functional>
+
+namespace kestrova {
+
+/// A button with a title at the foot of a sheet.
+class SheetButton final : public QPushButton {
+public:
+    /// The default action stands out.
+    enum class Role { cancel, defaultAction };
+
+    SheetButton(Role role, QWidget* parent);
+
+    std::function<void()> onTap;
+
+    /// The room around the plate, in which the ring of the focus lies.
+    static constexpr int overhang = 4;
+
+    void setTheme(const ShelfTheme& theme);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    ShelfTheme m_theme;
+};
+
+} // namespace kestrova
