@@ -15,7 +15,8 @@ void measureIdle(Desktop& desktop) {
     constexpr double perMinute = std::chrono::minutes{1} / idle;
     const RunningProgram program(desktop, desktop.textsAndPictures());
     const RunningProgram bare(desktop, ClipboardMonitor::pollInterval);
-    // What a start puts off until after the first answer, such as the first drawing of the panel, is done once.
+    // What a start puts off until after the first answer, such as the first drawing of the panel, is done
+    // once.
     constexpr std::chrono::seconds restOfTheStart{3};
     std::this_thread::sleep_for(restOfTheStart);
     const double programBefore = processorMillisecondsOf(program.pid());

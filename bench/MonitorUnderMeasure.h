@@ -13,6 +13,12 @@
 
 namespace kestrova::bench {
 
+/// Shows nothing, so that the monitor alone is measured.
+class NoHUD final : public HUD {
+public:
+    void show(const std::shared_ptr<ClipboardItem>&, HUDEvent) override {}
+};
+
 /// The monitor on a store on disk, with a pasteboard in memory before it.
 class MonitorUnderMeasure {
 public:

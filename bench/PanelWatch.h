@@ -15,12 +15,16 @@ namespace kestrova::bench {
 /// X key codes of a PC keyboard.
 namespace PanelKey {
 inline constexpr std::uint8_t escape = 9;
+inline constexpr std::uint8_t digit1 = 10;
+inline constexpr std::uint8_t digit2 = 11;
 inline constexpr std::uint8_t digit3 = 12;
 inline constexpr std::uint8_t backspace = 22;
 inline constexpr std::uint8_t q = 24;
 inline constexpr std::uint8_t leftControl = 37;
+inline constexpr std::uint8_t grave = 49;
 inline constexpr std::uint8_t leftShift = 50;
 inline constexpr std::uint8_t v = 55;
+inline constexpr std::uint8_t leftAlt = 64;
 inline constexpr std::uint8_t up = 111;
 inline constexpr std::uint8_t left = 113;
 inline constexpr std::uint8_t right = 114;

@@ -10,6 +10,7 @@ void measureStart(Desktop& desktop);
 void measureMemory(Desktop& desktop);
 void measureCopy(Desktop& desktop);
 void measureShelf(Desktop& desktop);
+void measureBrowsing(Desktop& desktop);
 void measureIdle(Desktop& desktop);
 
 } // namespace kestrova::bench

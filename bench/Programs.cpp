@@ -42,6 +42,13 @@ const Desktop::History& Desktop::manyTexts() {
     return *m_manyTexts;
 }
 
+const Desktop::History& Desktop::largePictures() {
+    if (!m_largePictures)
+        m_largePictures =
+            made("1000 pictures of 3840x2160", {.pictures = 1'000, .pictureSize = {3840, 2160}});
+    return *m_largePictures;
+}
+
 Desktop::History Desktop::made(const std::string& name, const SampleHistory& contents) const {
     const QString dataHome = m_session.path(u"history-%1-%2"_s.arg(contents.texts).arg(contents.pictures));
     fillStore(dataHome + u'/' + identifier, contents);

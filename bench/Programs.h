@@ -29,6 +29,8 @@ public:
     const History& textsAndPictures() const { return m_textsAndPictures; }
     /// Twenty times the usual ones; made when it is first asked for.
     const History& manyTexts();
+    /// A thousand of the size of a large display; made when it is first asked for.
+    const History& largePictures();
 
 private:
     History made(const std::string& name, const SampleHistory& contents) const;
@@ -38,6 +40,7 @@ private:
     History m_texts;
     History m_textsAndPictures;
     std::optional<History> m_manyTexts;
+    std::optional<History> m_largePictures;
 };
 
 /// A started program that answers at a socket. It is ended with the object. Throws std::runtime_error if it

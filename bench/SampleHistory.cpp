@@ -37,13 +37,14 @@ FilledStore fillStore(const QString& directory, const SampleHistory& history) {
     ModelContext context(*container.value());
     FilledStore filled{.file = store.filePath()};
 
-    const auto pictures = samplePictures(std::min(history.pictures, distinctPictures));
+    const auto pictures = samplePictures(std::min(history.pictures, distinctPictures), history.pictureSize);
     for (int i = 0; i < history.pictures; ++i) {
         const auto& png = pictures[static_cast<std::size_t>(i) % pictures.size()];
         const auto item = makeItem(QStringLiteral("Image"), ClipboardItemType::image, i);
         item->setImageData(png);
-        item->setWidth(1920);
-        item->setHeight(1080);
+        // No two rows look alike, so that a list that moves shows it.
+        item->setWidth(history.pictureSize.width() + i);
+        item->setHeight(history.pictureSize.height());
         context.insert(item);
         save(context);
         filled.pictureBytes += png.size();

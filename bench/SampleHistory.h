@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 
 namespace kestrova::bench {
@@ -8,6 +9,7 @@ namespace kestrova::bench {
 struct SampleHistory {
     int texts = 0;
     int pictures = 0;
+    QSize pictureSize{1920, 1080};
 };
 
 /// How many pictures differ; a history of more repeats them, which makes no difference to a store.

@@ -35,19 +35,28 @@ void paintPhotograph(QImage& image, QRect frame, Random& random) {
         }
 }
 
-QByteArray picture(unsigned seed) {
+/// Three pages side by side and a photograph over the last of them.
+QByteArray picture(QSize size, unsigned seed) {
     Random random(seed);
-    QImage image(1920, 1080, QImage::Format_RGB32);
+    QImage image(size, QImage::Format_RGB32);
     QPainter painter(&image);
-    QLinearGradient ground(0, 0, 1920, 1080);
+    const int width = size.width();
+    const int height = size.height();
+    QLinearGradient ground(0, 0, width, height);
     ground.setColorAt(0, QColor(30, 60, 120));
     ground.setColorAt(1, QColor(180, 120, 90));
     painter.fillRect(image.rect(), ground);
     for (int i = 0; i < 3; ++i)
-        paintPage(painter, QRect(40 + i * 420 + below(60, random), 60 + below(200, random), 560, 620),
+        paintPage(painter,
+                  QRect(width / 48 + i * width * 7 / 32 + below(60, random), height / 18 + below(200, random),
+                        width * 7 / 24, height * 31 / 54),
                   random);
     painter.end();
-    paintPhotograph(image, QRect(900 + below(100, random), 380 + below(60, random), 860, 600), random);
+    paintPhotograph(image,
+                    QRect(width * 15 / 32 + below(100, random), height * 19 / 54 + below(60, random),
+                          width * 43 / 96, height * 5 / 9)
+                        .intersected(image.rect()),
+                    random);
 
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -59,10 +68,10 @@ QByteArray picture(unsigned seed) {
 
 } // namespace
 
-std::vector<QByteArray> samplePictures(int count) {
+std::vector<QByteArray> samplePictures(int count, QSize size) {
     std::vector<QByteArray> pictures;
     for (int i = 0; i < count; ++i)
-        pictures.push_back(picture(static_cast<unsigned>(i) + 1));
+        pictures.push_back(picture(size, static_cast<unsigned>(i) + 1));
     return pictures;
 }
 

@@ -17,9 +17,10 @@ struct Measurement {
     void (*measure)(Desktop& desktop);
 };
 
-constexpr std::array measurements{Measurement{"start", measureStart}, Measurement{"memory", measureMemory},
-                                  Measurement{"copy", measureCopy}, Measurement{"shelf", measureShelf},
-                                  Measurement{"idle", measureIdle}};
+constexpr std::array measurements{
+    Measurement{"start", measureStart},     Measurement{"memory", measureMemory},
+    Measurement{"copy", measureCopy},       Measurement{"shelf", measureShelf},
+    Measurement{"browse", measureBrowsing}, Measurement{"idle", measureIdle}};
 
 } // namespace
 
