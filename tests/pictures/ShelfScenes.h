@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Kestrova/shelf/ShelfPanelView.h"
-#include "KestrovaCore/ModelContainer.h"
+#include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
 
 #include <functional>
 #include <vector>
@@ -10,14 +10,18 @@ namespace kestrova {
 
 /// A state of the shelf worth a picture.
 struct ShelfScene {
+    enum class History { empty, everyKind, extremes, many };
+
     QString name;
-    std::function<void(ShelfPanelView&)> enter;
+    std::function<void(ShelfPanelView&)> enter = [](ShelfPanelView&) {};
+    History history = History::everyKind;
+    /// What a person does on the window then; may be empty.
+    std::function<void(ShelfPanelWidget&)> act = {};
+    /// Of the desktop's font, against its ordinary size.
+    double fontScale = 1;
 };
 
 /// Each of them is entered from a fresh view.
 std::vector<ShelfScene> shelfScenes();
-
-/// Fills a store with rows of every kind, in Korean and English, and some collections.
-void fillWithEveryKind(ModelContainer& container);
 
 } // namespace kestrova

@@ -1,12 +1,17 @@
+#include "Kestrova/shelf/widgets/PanelMenu.h"
 #include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
 #include "Platform/WindowManagement.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "Platform/x11/X11WindowManagement.h"
+#include "tests/pictures/SampleHistories.h"
 #include "tests/pictures/ShelfScenes.h"
+#include "tests/support/FakeAppearance.h"
 #include "tests/support/FakeEventMonitors.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/RecordingHUD.h"
+#include "tests/support/RecordingSharing.h"
+#include "tests/support/RecordingWorkspace.h"
 
 #include <QApplication>
 #include <QDir>
@@ -14,9 +19,12 @@
 #include <QPainter>
 #include <QScreen>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 
 using namespace kestrova;
 
@@ -25,7 +33,9 @@ namespace {
 class Blending final : public WindowManagement {
 public:
     bool isCompositing() const override { return true; }
+    bool isScreenCovered() const override { return false; }
     void standApart(std::uint64_t) override {}
+    void limitPresses(std::uint64_t, const QRegion&) override {}
 };
 
 /// A shelf of its own on a store.
@@ -34,18 +44,20 @@ public:
     Shelf(ModelContainer& container, WindowManagement& windowManagement, const QString& theme)
         : panel({.mainQueue = queue,
                  .windowManagement = windowManagement,
+                 .appearance = appearance,
                  .toolkitRect =
                      [](const ScreenRect& frame) {
                          return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
                      }}),
-          view({container, queue, pasteboard, defaults, monitors, hud, panel},
+          view({container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing},
                {.onSelect = [](const auto&) {},
                 .onDismiss = [] {},
                 .onEditImage = [](const auto&) {},
                 .onPanelWidthChange =
                     [this](double width) {
                         panel.setFrame({.x = 160, .y = 120, .width = width, .height = 540});
-                    }}) {
+                    },
+                .onStepAside = [] {}}) {
         defaults.set(QStringLiteral("themePreference"), theme);
         panel.setContent(view);
     }
@@ -63,6 +75,9 @@ public:
     InMemoryUserDefaults defaults;
     FakeEventMonitors monitors;
     RecordingHUD hud;
+    RecordingWorkspace workspace;
+    RecordingSharing sharing;
+    FakeAppearance appearance;
     ShelfPanelWidget panel;
     ShelfPanelView view;
 };
@@ -76,18 +91,45 @@ void settle() {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
 }
 
+void play(const ShelfScene& scene, Shelf& shelf) {
+    shelf.show();
+    scene.enter(shelf.view);
+    settle();
+    if (scene.act) {
+        scene.act(shelf.panel);
+        settle();
+    }
+}
+
+QImage blank(QSize points, double scale, QImage::Format format, const QColor& color) {
+    QImage image((QSizeF(points) * scale).toSize(), format);
+    image.setDevicePixelRatio(scale);
+    image.fill(color);
+    return image;
+}
+
+QImage pictureOf(QWidget& window) {
+    auto picture = blank(window.size(), window.devicePixelRatioF(), QImage::Format_ARGB32_Premultiplied,
+                         Qt::transparent);
+    window.render(&picture, {}, {}, QWidget::DrawChildren | QWidget::DrawWindowBackground);
+    return picture;
+}
+
+/// The panel and the menus that are open, one over the other.
 QImage pictureOver(QWidget& panel, const QColor& desktop) {
     constexpr int margin = 24;
-    const double scale = panel.devicePixelRatioF();
-    const auto pixels = [scale](QSize points) { return (QSizeF(points) * scale).toSize(); };
-    QImage window(pixels(panel.size()), QImage::Format_ARGB32_Premultiplied);
-    window.setDevicePixelRatio(scale);
-    window.fill(Qt::transparent);
-    panel.render(&window, {}, {}, QWidget::DrawChildren);
-    QImage picture(pixels(panel.size() + QSize(2 * margin, 2 * margin)), QImage::Format_RGB32);
-    picture.setDevicePixelRatio(scale);
-    picture.fill(desktop);
-    QPainter(&picture).drawImage(QPoint(margin, margin), window);
+    std::vector<QWidget*> windows{&panel};
+    auto area = panel.geometry();
+    for (auto* const menu : panel.findChildren<PanelMenu*>())
+        if (menu->isVisible()) {
+            windows.push_back(menu);
+            area |= menu->geometry();
+        }
+    area.adjust(-margin, -margin, margin, margin);
+    auto picture = blank(area.size(), panel.devicePixelRatioF(), QImage::Format_RGB32, desktop);
+    QPainter painter(&picture);
+    for (auto* const window : windows)
+        painter.drawImage(window->pos() - area.topLeft(), pictureOf(*window));
     return picture;
 }
 
@@ -99,13 +141,65 @@ bool save(const QImage& picture, const QDir& folder, const QString& name) {
     return false;
 }
 
+/// The stores of the scenes, filled as they are asked for.
+class Histories {
+public:
+    ModelContainer& of(ShelfScene::History history) {
+        auto& store = m_stores[history];
+        if (!store) {
+            store = open(QStringLiteral("%1.sqlite").arg(m_stores.size()));
+            fill(history, *store);
+        }
+        return *store;
+    }
+
+private:
+    std::unique_ptr<ModelContainer> open(const QString& name) {
+        auto opened = ModelContainer::open(m_folder.filePath(name));
+        if (!opened)
+            qFatal("No store can be made for the pictures.");
+        return std::move(opened.value());
+    }
+    static void fill(ShelfScene::History history, ModelContainer& store) {
+        switch (history) {
+        case ShelfScene::History::empty:
+            return;
+        case ShelfScene::History::everyKind:
+            return fillWithEveryKind(store);
+        case ShelfScene::History::extremes:
+            return fillWithExtremes(store);
+        case ShelfScene::History::many:
+            return fillWithMany(store);
+        }
+        Q_UNREACHABLE();
+    }
+
+    QTemporaryDir m_folder;
+    std::map<ShelfScene::History, std::unique_ptr<ModelContainer>> m_stores;
+};
+
+/// The desktop's font has another size while it lives.
+class ScaledFont {
+public:
+    explicit ScaledFont(double scale) : m_former(QApplication::font()) {
+        auto font = m_former;
+        font.setPointSizeF(font.pointSizeF() * scale);
+        QApplication::setFont(font);
+    }
+    ~ScaledFont() { QApplication::setFont(m_former); }
+    ScaledFont(const ScaledFont&) = delete;
+    ScaledFont& operator=(const ScaledFont&) = delete;
+
+private:
+    const QFont m_former;
+};
+
 bool draw(const ShelfScene& scene, ModelContainer& container, const QDir& folder) {
     Blending windowManagement;
+    const ScaledFont font(scene.fontScale);
     for (const auto& theme : {QStringLiteral("light"), QStringLiteral("dark")}) {
         Shelf shelf(container, windowManagement, theme);
-        shelf.show();
-        scene.enter(shelf.view);
-        settle();
+        play(scene, shelf);
         const auto opposite = theme == QStringLiteral("light") ? QColor(Qt::black) : QColor(Qt::white);
         if (!save(pictureOver(shelf.panel, opposite), folder,
                   QStringLiteral("shelf-%1-%2-%3x")
@@ -116,15 +210,9 @@ bool draw(const ShelfScene& scene, ModelContainer& container, const QDir& folder
     return true;
 }
 
-std::unique_ptr<ModelContainer> openIn(const QTemporaryDir& folder, const QString& name) {
-    auto opened = ModelContainer::open(folder.filePath(name));
-    if (!opened)
-        qFatal("No store can be made for the pictures.");
-    return std::move(opened.value());
-}
-
-/// Shows the first scene on the display, over a plain colour, until it is ended from outside.
-int showOnDisplay(ModelContainer& container, const QString& theme, const QColor& ground) {
+/// Shows a scene on the display, over a plain colour, until it is ended from outside.
+int showOnDisplay(const ShelfScene& scene, ModelContainer& container, const QString& theme,
+                  const QColor& ground) {
     QWidget desktop(nullptr, Qt::BypassWindowManagerHint);
     desktop.setPalette(ground);
     desktop.setGeometry(QGuiApplication::primaryScreen()->geometry());
@@ -132,31 +220,49 @@ int showOnDisplay(ModelContainer& container, const QString& theme, const QColor&
     desktop.lower();
     X11WindowManagement windowManagement;
     Shelf shelf(container, windowManagement, theme);
-    shelf.show();
+    play(scene, shelf);
     return QApplication::exec();
+}
+
+/// Room for the panel with its menus at every scale.
+QByteArray offscreenPlatform(QTemporaryFile& description) {
+    if (!description.open())
+        qFatal("The display of the pictures cannot be described.");
+    description.write(R"({"screens": [{"name": "pictures", "x": 0, "y": 0, "width": 3200, "height": 2400,
+                                       "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+    description.close();
+    return "offscreen:configfile=" + QFile::encodeName(description.fileName());
 }
 
 } // namespace
 
 int main(int argc, char* argv[]) {
-    const bool isShown = argc == 4 && QByteArrayView(argv[1]) == "--show";
-    if (argc != 2 && !isShown) {
-        std::fprintf(stderr, "usage: shelf_pictures FOLDER | --show light|dark COLOUR\n");
+    const bool isShown = argc == 5 && QByteArrayView(argv[1]) == "--show";
+    if (argc != 2 && argc != 3 && !isShown) {
+        std::fprintf(stderr, "usage: shelf_pictures FOLDER [SCENE] | --show light|dark COLOUR SCENE\n");
         return EXIT_FAILURE;
     }
+    QTemporaryFile display;
     if (!isShown)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_QPA_PLATFORM", offscreenPlatform(display));
     const QApplication application(argc, argv);
-    const QTemporaryDir stores;
-    const auto full = openIn(stores, QStringLiteral("full.sqlite"));
-    fillWithEveryKind(*full);
-    if (isShown)
-        return showOnDisplay(*full, QString::fromLocal8Bit(argv[2]), QColor(QString::fromLocal8Bit(argv[3])));
-    const QDir folder(QString::fromLocal8Bit(argv[1]));
-    for (const auto& scene : shelfScenes())
-        if (!draw(scene, *full, folder))
+    // A caret that blinks is in one picture and not in the next.
+    QApplication::setCursorFlashTime(0);
+    Histories histories;
+    const auto argument = [&](int place) { return QString::fromLocal8Bit(place < argc ? argv[place] : ""); };
+    const auto scenes = shelfScenes();
+    if (isShown) {
+        const auto scene = std::ranges::find(scenes, argument(4), &ShelfScene::name);
+        if (scene == scenes.end()) {
+            std::fprintf(stderr, "shelf_pictures: there is no scene %s\n", argv[4]);
             return EXIT_FAILURE;
-    const auto empty = openIn(stores, QStringLiteral("empty.sqlite"));
-    return draw({QStringLiteral("empty"), [](ShelfPanelView&) {}}, *empty, folder) ? EXIT_SUCCESS
-                                                                                   : EXIT_FAILURE;
+        }
+        return showOnDisplay(*scene, histories.of(scene->history), argument(2), QColor(argument(3)));
+    }
+    const QDir folder(argument(1));
+    const auto wanted = argument(2);
+    for (const auto& scene : scenes)
+        if (scene.name.startsWith(wanted) && !draw(scene, histories.of(scene.history), folder))
+            return EXIT_FAILURE;
+    return EXIT_SUCCESS;
 }
