@@ -16,6 +16,9 @@ public:
     AssistiveProgram& operator=(const AssistiveProgram&) = delete;
     ~AssistiveProgram();
 
+    /// The bus on which accessible programs are.
+    const QDBusConnection& bus() const { return m_bus; }
+
 private:
     static QString accessibilityBus(const QString& sessionBus);
 

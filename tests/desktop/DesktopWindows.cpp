@@ -16,6 +16,12 @@ std::uint32_t number(const QByteArray& bytes) {
     return value;
 }
 
+std::vector<std::uint32_t> numbers(const QByteArray& bytes) {
+    std::vector<std::uint32_t> values(static_cast<std::size_t>(bytes.size()) / sizeof(std::uint32_t));
+    std::memcpy(values.data(), bytes.constData(), values.size() * sizeof(std::uint32_t));
+    return values;
+}
+
 } // namespace
 
 QByteArray DesktopWindows::property(xcb_window_t window, const char* name) const {
@@ -35,6 +41,15 @@ xcb_window_t DesktopWindows::active() const {
 
 QString DesktopWindows::title(xcb_window_t window) const {
     return QString::fromUtf8(property(window, "_NET_WM_NAME"));
+}
+
+QString DesktopWindows::machine(xcb_window_t window) const {
+    return QString::fromLocal8Bit(property(window, "WM_CLIENT_MACHINE"));
+}
+
+QSize DesktopWindows::iconSize(xcb_window_t window) const {
+    const auto icon = numbers(property(window, "_NET_WM_ICON"));
+    return icon.size() < 2 ? QSize() : QSize(static_cast<int>(icon[0]), static_cast<int>(icon[1]));
 }
 
 QString DesktopWindows::windowClass(xcb_window_t window) const {
@@ -75,6 +90,21 @@ std::vector<xcb_window_t> DesktopWindows::ofProcess(qint64 pid) const {
         [this, pid](xcb_window_t window) { return number(property(window, "_NET_WM_PID")) == pid; });
 }
 
+std::vector<xcb_window_t> DesktopWindows::managed(qint64 pid) const {
+    std::vector<xcb_window_t> found;
+    for (const xcb_window_t window : numbers(property(m_x.root(), "_NET_CLIENT_LIST")))
+        if (number(property(window, "_NET_WM_PID")) == pid)
+            found.push_back(window);
+    return found;
+}
+
+std::vector<QByteArray> DesktopWindows::states(xcb_window_t window) const {
+    std::vector<QByteArray> names;
+    for (const xcb_atom_t state : numbers(property(window, "_NET_WM_STATE")))
+        names.push_back(m_x.atomName(state));
+    return names;
+}
+
 std::vector<xcb_window_t> DesktopWindows::titled(const QString& title) const {
     return visibleWindows([&](xcb_window_t window) { return this->title(window) == title; });
 }
@@ -86,6 +116,19 @@ QRect DesktopWindows::frame(xcb_window_t window) const {
         m_x.get(), xcb_translate_coordinates(m_x.get(), window, m_x.root(), 0, 0), nullptr));
     return geometry && corner ? QRect(corner->dst_x, corner->dst_y, geometry->width, geometry->height)
                               : QRect();
+}
+
+QColor DesktopWindows::colorAt(QPoint pixel) const {
+    constexpr std::uint32_t kAllPlanes = 0xFFFFFFFF;
+    const XReply<xcb_get_image_reply_t> image(xcb_get_image_reply(
+        m_x.get(),
+        xcb_get_image(m_x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, m_x.root(), static_cast<std::int16_t>(pixel.x()),
+                      static_cast<std::int16_t>(pixel.y()), 1, 1, kAllPlanes),
+        nullptr));
+    if (!image || xcb_get_image_data_length(image.get()) < 4)
+        return {};
+    const std::uint8_t* const bytes = xcb_get_image_data(image.get());
+    return {bytes[2], bytes[1], bytes[0]};
 }
 
 bool DesktopWindows::hasKeyboard(xcb_window_t window) const {
@@ -111,8 +154,24 @@ bool DesktopWindows::isKeyboardHeld() const {
     if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS)
         return true;
     xcb_ungrab_keyboard(m_x.get(), XCB_CURRENT_TIME);
-    xcb_flush(m_x.get());
+    // A key that is pressed before the server has done it would be lost.
+    const XReply<xcb_get_input_focus_reply_t> carriedOut(
+        xcb_get_input_focus_reply(m_x.get(), xcb_get_input_focus(m_x.get()), nullptr));
     return false;
+}
+
+void DesktopWindows::requestClosing(xcb_window_t window) {
+    constexpr std::uint32_t kFromPager = 2;
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = m_x.atom("_NET_CLOSE_WINDOW");
+    event.data.data32[1] = kFromPager;
+    xcb_send_event(m_x.get(), 0, m_x.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&event));
+    xcb_flush(m_x.get());
 }
 
 void DesktopWindows::requestActivation(xcb_window_t window) {

@@ -11,18 +11,30 @@
 ///   screens             -> x y width height scale of each, in global points
 ///   tray                -> awaits; from now on a tray is waited for
 ///   appeared            -> 1 or 0, for whether it is there
+///   appearance          -> dark, light or none; from the first time on the desktop's looks are followed
+///   portal STATE        -> offers; as the desktop's service, see BusServices
+///   no-portal           -> gone; likewise
 ///   notifiers STATE     -> watches; as the desktop's service, see BusServices
+///   files               -> manages; likewise
+///   shown               -> what the file manager was asked to show last, see BusServices
+///   application NAME    -> is; as an application that the bus starts, see BusServices
+///   opened              -> what that was asked to open last, see BusServices
+///   targets KIND WORDS  -> the ways to share that: text, link, file or picture; joined by blanks, mail by
+///                          "mail(NAME)"
+///   hand TARGET KIND WORDS -> handed
 ///   refuse-accessibility -> refuses; likewise
 ///   mouse               -> x y
 ///   place X Y W H       -> nothing; the program's window is put there, in global points
 #include "Platform/x11/AtspiAccessibility.h"
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/FrontmostApplication.h"
+#include "Platform/x11/PortalAppearance.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/X11Screens.h"
 #include "Platform/x11/X11SystemTray.h"
 #include "Platform/x11/X11Workspace.h"
+#include "Platform/x11/XdgSharing.h"
 #include "tests/desktop/BusServices.h"
 
 #include <QElapsedTimer>
@@ -86,8 +98,26 @@ public:
             awaitTray();
         else if (command == "appeared"_L1)
             answer(QString::number(m_trayAppeared));
+        else if (command == "appearance"_L1)
+            appearance();
+        else if (command == "portal"_L1)
+            offerSettings(words.value(1));
+        else if (command == "no-portal"_L1)
+            withdrawSettings();
         else if (command == "notifiers"_L1)
             watchNotifiers(words.value(1));
+        else if (command == "files"_L1)
+            manageFiles();
+        else if (command == "shown"_L1)
+            answer(services().shownFiles());
+        else if (command == "application"_L1)
+            beApplication(words.value(1));
+        else if (command == "opened"_L1)
+            answer(services().openedFiles());
+        else if (command == "targets"_L1)
+            targets(contentOf(words.mid(1)));
+        else if (command == "hand"_L1)
+            hand(words.value(1), contentOf(words.mid(2)));
         else if (command == "refuse-accessibility"_L1)
             refuseAccessibility();
         else if (command == "mouse"_L1)
@@ -133,6 +163,65 @@ private:
         answer(u"watches"_s);
     }
 
+    void appearance() {
+        if (!m_appearance)
+            m_appearance.emplace(m_mainQueue);
+        const auto scheme = m_appearance->colorScheme();
+        answer(!scheme ? u"none"_s : *scheme == Appearance::ColorScheme::dark ? u"dark"_s : u"light"_s);
+    }
+
+    void offerSettings(const QString& state) {
+        services().offerSettings(state);
+        answer(u"offers"_s);
+    }
+
+    void withdrawSettings() {
+        services().withdrawSettings();
+        answer(u"gone"_s);
+    }
+
+    void manageFiles() {
+        services().manageFiles();
+        answer(u"manages"_s);
+    }
+
+    void beApplication(const QString& name) {
+        services().beApplication(name);
+        answer(u"is"_s);
+    }
+
+    static SharedContent contentOf(const QStringList& words) {
+        SharedContent content;
+        const auto kind = words.value(0);
+        const auto what = words.mid(1).join(u' ');
+        if (kind == "text"_L1)
+            content.text = what;
+        else if (kind == "link"_L1)
+            content.link = QUrl(what);
+        else if (kind == "file"_L1)
+            content.file = QUrl::fromLocalFile(what);
+        else if (kind == "picture"_L1)
+            content.picture = [what]() -> std::optional<QByteArray> { return what.toUtf8(); };
+        else
+            content.picture = []() -> std::optional<QByteArray> { return {}; };
+        return content;
+    }
+
+    void targets(const SharedContent& content) {
+        QStringList all;
+        for (const auto& target : m_sharing.targets(content))
+            all.append(target.means == ShareTarget::Means::mail ? u"mail(%1)"_s.arg(target.name)
+                                                                : target.identifier);
+        answer(all.join(u' '));
+    }
+
+    void hand(const QString& identifier, const SharedContent& content) {
+        const auto means =
+            identifier == "mail"_L1 ? ShareTarget::Means::mail : ShareTarget::Means::application;
+        m_sharing.share(content, {.identifier = identifier, .name = {}, .icon = {}, .means = means});
+        answer(u"handed"_s);
+    }
+
     void refuseAccessibility() {
         services().refuseAccessibilityOnce();
         answer(u"refuses"_s);
@@ -170,8 +259,10 @@ private:
     X11Screens m_screens;
     X11SystemTray m_tray{m_mainQueue};
     bool m_trayAppeared = false;
+    std::optional<PortalAppearance> m_appearance;
     // Where there is no bus, nothing may look for one.
     std::optional<BusServices> m_services;
+    XdgSharing m_sharing{m_mainQueue, ownIdentifier, qEnvironmentVariable("XDG_CACHE_HOME") + u"/shared"_s};
     AtspiAccessibility m_accessibility{m_mainQueue};
     X11Windows m_windows{toolkitConnection()};
     std::map<std::uint32_t, RunningApplication> m_activated;

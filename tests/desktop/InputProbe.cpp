@@ -47,6 +47,8 @@ public:
     }
     void activate(const RunningApplication&) override {}
     void activateOwnWindow(std::uint64_t) override {}
+    void open(const QUrl&) override {}
+    void reveal(const QUrl&) override {}
 };
 
 class InputProbe {

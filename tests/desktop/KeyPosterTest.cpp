@@ -205,12 +205,17 @@ TEST_F(KeyPosterTest, WhatIsSelectedStaysSoWhileATerminalsKeyboardIsHeld) {
     EXPECT_NE(owner(), selection.window());
 }
 
-TEST_F(KeyPosterTest, AWindowOfItsOwnGetsNothing) {
+TEST_F(KeyPosterTest, AWindowOfItsOwnGetsNothingNotEvenAsTheTarget) {
     const QString window = probe.ask(u"show"_s, u"window"_s).mid(7);
     session.run(u"xdotool"_s, {u"windowfocus"_s, u"--sync"_s, window});
     probe.ask(u"write never"_s, u"wrote"_s);
+    const auto droppings = [this] {
+        return probe.log().count(u"Paste dropped: the focus is in a window of this program"_s);
+    };
     paste();
-    EXPECT_TRUE(isLogged(u"the focus is in a window of this program"_s));
+    ASSERT_TRUE(eventually([&] { return droppings() == 1; }));
+    paste(u"paste %1 %2"_s.arg(window).arg(probe.pid()));
+    ASSERT_TRUE(eventually([&] { return droppings() == 2; })) << probe.log().toStdString();
     keyboard.tap(Key::a);
     EXPECT_TRUE(probe.says(u"text a"_s));
 }

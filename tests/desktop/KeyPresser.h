@@ -13,11 +13,15 @@ namespace keyAt {
 inline constexpr xcb_keycode_t escape = 9;
 inline constexpr xcb_keycode_t one = 10;
 inline constexpr xcb_keycode_t backspace = 22;
+inline constexpr xcb_keycode_t tab = 23;
+inline constexpr xcb_keycode_t e = 26;
 inline constexpr xcb_keycode_t returnKey = 36;
 inline constexpr xcb_keycode_t control = 37;
 inline constexpr xcb_keycode_t a = 38;
 inline constexpr xcb_keycode_t s = 39;
 inline constexpr xcb_keycode_t f = 41;
+inline constexpr xcb_keycode_t k = 45;
+inline constexpr xcb_keycode_t grave = 49;
 inline constexpr xcb_keycode_t shift = 50;
 inline constexpr xcb_keycode_t z = 52;
 inline constexpr xcb_keycode_t c = 54;

@@ -145,6 +145,20 @@ TEST_F(AssistedShelfTest, NothingOvertakesKeysThatNobodyAnswersFor) {
         << target.pasted(0).join(u'|').toStdString();
 }
 
+TEST_F(AssistedShelfTest, TheShelfItselfIsNeverPastedInto) {
+    const AssistiveProgram assistant(session.busAddress());
+    startWith({u"apple"_s});
+    ASSERT_TRUE(shelf.open());
+    keys.type("typed");
+    // The application in front is this program, so it is the one that is aimed at.
+    ASSERT_EQ(program.command({u"paste"_s, u"1"_s}).exitStatus, 0);
+    EXPECT_TRUE(eventually([this] {
+        return program.process().standardError().contains(
+            "Paste dropped: the focus is in a window of this program");
+    })) << program.process().standardError().toStdString();
+    EXPECT_EQ(shelf.searchText(), "typed");
+}
+
 TEST_F(AssistedShelfTest, AKeyPressedTwiceIsNoRepeat) {
     const AssistiveProgram assistant(session.busAddress());
     startWith({u"apple"_s});

@@ -1,6 +1,7 @@
-// A program with one window per title given to it. It tells every key that reaches it, line by line on its
-// standard output; Ctrl and the key that has v on most layouts pastes text. Messages to its windows make it
-// hold the keyboard as an open menu does, let it go, or take the focus whenever another window gets it.
+// A program with one window per title given to it. It tells every key that reaches it and every loss of the
+// focus, line by line on its standard output; Ctrl and the key that has v on most layouts pastes text.
+// Messages to its windows make it hold the keyboard as an open menu does, let it go, or take the focus
+// whenever another window gets it.
 
 #include "tests/desktop/KeyPresser.h"
 #include "tests/desktop/TypingTargetMessages.h"
@@ -53,7 +54,8 @@ void TypingWindows::setText(xcb_window_t window, xcb_atom_t property, xcb_atom_t
 }
 
 void TypingWindows::open(const QByteArray& title) {
-    constexpr std::uint32_t kEvents = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
+    constexpr std::uint32_t kEvents =
+        XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_FOCUS_CHANGE;
     const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(m_x.get())).data;
     const std::uint32_t values[]{screen->white_pixel, kEvents};
     const xcb_window_t window = xcb_generate_id(m_x.get());
@@ -93,6 +95,13 @@ void TypingWindows::handle(const xcb_generic_event_t& event) {
     case XCB_KEY_RELEASE:
         handleKey("release", reinterpret_cast<const xcb_key_press_event_t&>(event));
         return;
+    case XCB_FOCUS_OUT: {
+        const auto& focus = reinterpret_cast<const xcb_focus_out_event_t&>(event);
+        // A grab takes the keys for a while and not the focus.
+        if (focus.mode == XCB_NOTIFY_MODE_NORMAL || focus.mode == XCB_NOTIFY_MODE_WHILE_GRABBED)
+            std::printf("focusOut %zu\n", numberOf(focus.event));
+        return;
+    }
     case XCB_CLIENT_MESSAGE:
         handleMessage(reinterpret_cast<const xcb_client_message_event_t&>(event));
         return;
