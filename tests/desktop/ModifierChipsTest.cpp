@@ -51,7 +51,6 @@ protected:
         for (const xcb_keycode_t key : modifiers)
             keys.release(key);
     }
-    bool isMenuOpen() { return windows.ofProcess(program.process().pid()).size() > 1; }
     /// The window manager's switcher stands in the middle of the display.
     QImage middle() const { return screen.of({600, 380, 80, 40}); }
     /// On the sidebar, below its rows, where a press changes nothing.
@@ -99,11 +98,11 @@ TEST_F(ModifierChipsTest, AReleaseInTheMenuOfARowIsNoticed) {
         // The window manager may still take the first one.
         ASSERT_TRUE(eventually([this] {
             mouse.click(placeOfRow(), Mouse::Button::Right);
-            return eventually([this] { return isMenuOpen(); }, 500ms);
+            return eventually([this] { return shelf.menus().size() == 1; }, 500ms);
         }));
         release(modifiers);
         keys.tap(keyAt::escape);
-        EXPECT_TRUE(eventually([this] { return !isMenuOpen(); }));
+        EXPECT_TRUE(shelf.waitForMenus(0));
         mouse.moveTo(kOutside);
         EXPECT_TRUE(showsNoKeys());
     }

@@ -29,6 +29,21 @@ QRect Shelf::frame() const {
     return found ? m_windows.frame(*found) : QRect();
 }
 
+std::vector<xcb_window_t> Shelf::menus() const {
+    const auto own = window();
+    const QRect area = frame();
+    auto found = m_windows.ofProcess(m_program.process().pid());
+    // The toast and the tray's icon lie outside.
+    std::erase_if(found, [&](xcb_window_t candidate) {
+        return candidate == own || !area.contains(m_windows.frame(candidate).center());
+    });
+    return found;
+}
+
+bool Shelf::waitForMenus(std::size_t count) const {
+    return eventually([&] { return menus().size() == count; });
+}
+
 bool Shelf::open() {
     // One that is shown while it still fades out goes with the fade.
     constexpr std::chrono::milliseconds kLongerThanAFade{500};

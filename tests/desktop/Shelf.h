@@ -5,6 +5,7 @@
 #include "tests/desktop/KeyPresser.h"
 
 #include <optional>
+#include <vector>
 
 namespace kestrova::test {
 
@@ -19,11 +20,16 @@ public:
     bool isUp() const { return window().has_value(); }
     bool hasKeyboard() const;
     QRect frame() const;
+    /// The menus that are open over it, lowest first.
+    std::vector<xcb_window_t> menus() const;
 
     /// Opens it by the command and waits until it has the keyboard; false if it has not at the deadline.
     bool open();
     /// Waits until it is up and has the keyboard.
     bool waitForKeyboard() const;
+    /// Waits until so many menus are open over it, without asking for the keyboard, which would take it from
+    /// a menu that just wants it.
+    bool waitForMenus(std::size_t count) const;
     /// Waits until it is off the display.
     bool waitUntilGone() const;
 

@@ -90,22 +90,16 @@ protected:
         for (int time = 0; time < times; ++time)
             keys.tap(key);
     }
-    // By its window: to try the keyboard while a menu takes it would take it from the menu.
-    std::size_t windowCount() { return windows.ofProcess(program.process().pid()).size(); }
-    /// Presses what opens a menu over the shelf, which is the only window.
     bool openMenu(const KeyPresser::Chord& chord) {
         keys.chord(chord);
-        return eventually([this] { return windowCount() == 2; });
-    }
-    bool waitForNoMenu() {
-        return eventually([this] { return windowCount() == 1; });
+        return shelf.waitForMenus(1);
     }
     /// Chooses the entry of this number, the first one being 1, of an open menu.
     bool chooseEntry(int number) {
         // Opened by a key for an item, it stands on its first entry already.
         tapTimes(keyAt::down, number);
         keys.tap(keyAt::returnKey);
-        return waitForNoMenu();
+        return shelf.waitForMenus(0);
     }
 
     QStringList query(const QByteArray& statement) { return StoreFile(program.storeFile()).query(statement); }
@@ -356,7 +350,7 @@ TEST_F(ShelfByKeysTest, ACollectionIsMadeFilledEditedAndDeleted) {
         tapTimes(keyAt::down, 3);
         keys.tap(kRight);
         keys.tap(keyAt::returnKey);
-        EXPECT_TRUE(waitForNoMenu());
+        EXPECT_TRUE(shelf.waitForMenus(0));
     }
     EXPECT_TRUE(eventually([this] {
         return members() == QStringList{u"Work: https://example.org/path"_s, u"Work: 안녕하세요 세계"_s};

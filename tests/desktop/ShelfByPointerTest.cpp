@@ -47,6 +47,8 @@ protected:
     void open() {
         mouse.moveTo(kOutside);
         ASSERT_TRUE(shelf.open());
+        // The window manager has done with it, too: a menu goes when its window loses the keyboard.
+        ASSERT_TRUE(throughout(300ms, [this] { return shelf.hasKeyboard(); }));
         ASSERT_TRUE(elements->waitFor(u"클립보드 기록"_s, u"list"_s));
     }
     bool click(const QString& name, const QString& role = {}, Mouse::Button button = Mouse::Button::Left) {
@@ -64,21 +66,11 @@ protected:
         return true;
     }
 
-    // Menus, which no other program is told of.
-    std::size_t windowCount() { return windows.ofProcess(program.process().pid()).size(); }
-    QRect highestFrame() { return windows.frame(windows.ofProcess(program.process().pid()).back()); }
-    // By its window: to try the keyboard while a menu takes it would take it from the menu.
-    bool waitForMenu(std::size_t windowsBefore) {
-        return eventually([&] { return windowCount() == windowsBefore + 1; });
-    }
-    bool waitForNoMenu() {
-        return eventually([this] { return !windows.isKeyboardHeld(); });
-    }
     /// Where the line stands in the highest menu, which has these lines.
     QPoint placeOfLine(const QString& lines, QChar line) {
         constexpr int kInset = 5;
         constexpr int kDividerHeight = 9;
-        const QRect menu = highestFrame();
+        const QRect menu = windows.frame(shelf.menus().back());
         const auto dividers = lines.count(u'-');
         const auto lineHeight =
             (menu.height() - 2 * kInset - dividers * kDividerHeight) / (lines.size() - dividers);
@@ -88,24 +80,19 @@ protected:
         return menu.topLeft() + QPoint(menu.width() / 2, static_cast<int>(y));
     }
     bool openItemMenu(const QString& item) {
-        const auto before = windowCount();
-        return clickItem(item, Mouse::Button::Right) && waitForMenu(before);
+        return clickItem(item, Mouse::Button::Right) && shelf.waitForMenus(1);
     }
     bool choose(const QString& lines, QChar line) {
         mouse.click(placeOfLine(lines, line));
-        return waitForNoMenu();
+        return shelf.waitForMenus(0);
     }
     /// Opens the submenu of the collections and clicks the only line in it.
     bool chooseOnlyCollection(const QString& lines) {
-        const auto before = windowCount();
         mouse.moveTo(placeOfLine(lines, u'c'));
-        if (!waitForMenu(before))
-            return false;
-        return choose(u"x"_s, u'x');
+        return shelf.waitForMenus(2) && choose(u"x"_s, u'x');
     }
     bool openLensMenu(const QString& lens) {
-        const auto before = windowCount();
-        return click(lens, u"list item"_s, Mouse::Button::Right) && waitForMenu(before);
+        return click(lens, u"list item"_s, Mouse::Button::Right) && shelf.waitForMenus(1);
     }
 
     QStringList query(const QByteArray& statement) { return StoreFile(program.storeFile()).query(statement); }
@@ -143,13 +130,20 @@ TEST_F(ShelfByPointerTest, TheTraysMenuShowsAndHidesTheShelf) {
         return found == own.end() ? QRect() : windows.frame(*found);
     };
     ASSERT_TRUE(eventually([&] { return icon().isValid(); }));
-    const auto before = windowCount();
+    const auto menu = [this] {
+        const auto own = windows.ofProcess(program.process().pid());
+        const auto found = std::ranges::find_if(
+            own, [this](xcb_window_t candidate) { return windows.frame(candidate).height() > 100; });
+        return found == own.end() || shelf.isUp() ? QRect() : windows.frame(*found);
+    };
     mouse.click(icon().center(), Mouse::Button::Right);
-    ASSERT_TRUE(waitForMenu(before));
-    // Nothing happens at a click on what is disabled, and the first entry that is not shows the shelf.
-    const QRect menu = highestFrame();
-    for (int y = menu.top() + 4; y < menu.bottom() && windows.isKeyboardHeld(); y += 8)
-        mouse.click({menu.center().x(), y});
+    QRect lines;
+    ASSERT_TRUE(eventually([&] { return !(lines = menu()).isEmpty(); }));
+    // A click on what is disabled does nothing, and the first entry that is not shows the shelf.
+    for (int y = lines.top() + 4; y < lines.bottom() && !menu().isEmpty(); y += 12) {
+        mouse.click({lines.center().x(), y});
+        static_cast<void>(eventually([&] { return menu().isEmpty(); }, 1s));
+    }
     EXPECT_TRUE(shelf.waitForKeyboard());
     mouse.click(kOutside - QPoint(0, 200));
     EXPECT_TRUE(shelf.waitUntilGone());
