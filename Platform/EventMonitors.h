@@ -45,7 +45,8 @@ public:
     /// asked for. Null if the host refuses.
     [[nodiscard]] virtual std::unique_ptr<EventMonitor> addGlobalMonitor(std::uint32_t mask,
                                                                          GlobalHandler handler) = 0;
-    /// Tells of keys that go to windows of this program, before the window sees them. Keys that an input
+    /// Tells of keys that go to windows of this program, before the window sees them. The monitor added last
+    /// is asked first; one that swallows a key keeps it from the others, too. Keys that an input
     /// method takes, or that belong to a text control by this desktop's conventions, are not told of.
     [[nodiscard]] virtual std::unique_ptr<EventMonitor> addLocalMonitor(std::uint32_t mask,
                                                                         LocalHandler handler) = 0;

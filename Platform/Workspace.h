@@ -6,9 +6,18 @@
 #include <QUrl>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 namespace kestrova {
+
+/// What the desktop says of an application that is installed.
+struct ApplicationDescription {
+    /// In the person's language; not empty.
+    QString name;
+    /// Null if there is none that can be read.
+    QIcon icon;
+};
 
 /// The applications of the desktop. Main thread only.
 class Workspace {
@@ -19,6 +28,13 @@ public:
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
     /// The application's icon; a null icon if it has none that can be read.
     virtual QIcon icon(const RunningApplication& application) const = 0;
+    /// The installed application with that identifier, as `RunningApplication` names it, running or not;
+    /// absent if there is none. Answers from what has been read before where it can.
+    virtual std::optional<ApplicationDescription> describe(const QString& bundleIdentifier) const = 0;
+    /// What files of that kind look like on this desktop. The file is looked at beside the main thread;
+    /// `done` is called in a later turn, with a null icon if the desktop has none. Nothing is called once the
+    /// workspace has gone.
+    virtual void fileIcon(const QString& path, std::function<void(const QIcon&)> done) = 0;
     /// Whether the process has ended; an identifier that was used again does not count as the same process.
     virtual bool isTerminated(const RunningApplication& application) const = 0;
     /// Asks for the application's remembered window to be in front; if that has gone, for its newest window;

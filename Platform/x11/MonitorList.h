@@ -6,12 +6,14 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <ranges>
 #include <utility>
 #include <vector>
 
 namespace kestrova {
 
-/// Monitors in the order in which they were added. A handler may add and remove monitors, its own included.
+/// Monitors, of which the one added last is asked first. A handler may add and remove monitors, its own
+/// included.
 template<typename Handler>
 class MonitorList {
 public:
@@ -37,7 +39,7 @@ public:
     template<typename Call>
     bool any(std::uint32_t kind, const Call& call) const {
         const auto entries = m_state->entries;
-        return std::ranges::any_of(entries, [&](const std::shared_ptr<Entry>& entry) {
+        return std::ranges::any_of(std::views::reverse(entries), [&](const std::shared_ptr<Entry>& entry) {
             return entry->isLive && (entry->mask & kind) != 0 && call(entry->handler);
         });
     }

@@ -4,9 +4,11 @@
 #include "Platform/x11/InstalledApplications.h"
 #include "Platform/x11/ToolkitConnection.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QMimeDatabase>
 
 #include <utility>
 
@@ -38,6 +40,23 @@ QIcon X11Workspace::icon(const RunningApplication& application) const {
     if (QDir::isAbsolutePath(name))
         return QFileInfo(name).isFile() ? QIcon(name) : QIcon();
     return QIcon::fromTheme(name);
+}
+
+std::optional<ApplicationDescription> X11Workspace::describe(const QString& bundleIdentifier) const {
+    const auto application = installedApplication(bundleIdentifier);
+    if (!application)
+        return std::nullopt;
+    return ApplicationDescription{application->name(), application->icon()};
+}
+
+void X11Workspace::fileIcon(const QString& path, std::function<void(const QIcon&)> done) {
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [done = std::move(done),
+         name = QMimeDatabase().mimeTypeForFile(path, QMimeDatabase::MatchExtension).iconName()] {
+            done(QIcon::fromTheme(name));
+        },
+        Qt::QueuedConnection);
 }
 
 bool X11Workspace::isTerminated(const RunningApplication& application) const {

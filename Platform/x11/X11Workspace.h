@@ -21,6 +21,8 @@ public:
 
     std::optional<RunningApplication> frontmostApplication() const override;
     QIcon icon(const RunningApplication& application) const override;
+    std::optional<ApplicationDescription> describe(const QString& bundleIdentifier) const override;
+    void fileIcon(const QString& path, std::function<void(const QIcon&)> done) override;
     bool isTerminated(const RunningApplication& application) const override;
     void activate(const RunningApplication& application) override;
     void activateOwnWindow(std::uint64_t window) override;

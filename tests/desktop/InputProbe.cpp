@@ -1,4 +1,3 @@
-#include "Platform/Workspace.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "Platform/x11/QtMenuTracking.h"
 #include "Platform/x11/X11EventMonitors.h"
@@ -7,6 +6,7 @@
 #include "Platform/x11/X11KeyboardLayout.h"
 #include "Platform/x11/X11Keymap.h"
 #include "Platform/x11/X11Windows.h"
+#include "tests/support/Ports.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -38,17 +38,11 @@ void say(const QString& line) {
 }
 
 /// Knows which processes live, and no more.
-class ProcessList final : public Workspace {
+class ProcessList final : public FakeWorkspace {
 public:
-    std::optional<RunningApplication> frontmostApplication() const override { return {}; }
-    QIcon icon(const RunningApplication&) const override { return {}; }
     bool isTerminated(const RunningApplication& application) const override {
         return processStartTime(application.processIdentifier) != application.processStartTime;
     }
-    void activate(const RunningApplication&) override {}
-    void activateOwnWindow(std::uint64_t) override {}
-    void open(const QUrl&) override {}
-    void reveal(const QUrl&) override {}
 };
 
 class InputProbe {

@@ -8,9 +8,9 @@
 #include "Platform/KeyPoster.h"
 #include "Platform/Screens.h"
 #include "Platform/Sharing.h"
-#include "Platform/Workspace.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/support/ManualMainQueue.h"
+#include "tests/support/Ports.h"
 
 #include <QStringList>
 
@@ -100,12 +100,10 @@ private:
     EffectTrace& m_trace;
 };
 
-class TracedWorkspace final : public Workspace {
+class TracedWorkspace final : public FakeWorkspace {
 public:
     explicit TracedWorkspace(EffectTrace& effects) : m_trace(effects) {}
 
-    std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
-    QIcon icon(const RunningApplication&) const override { return {}; }
     bool isTerminated(const RunningApplication&) const override { return terminated; }
     void activate(const RunningApplication& application) override {
         m_trace.add(QStringLiteral("workspace.activate %1").arg(nameOf(application)));
@@ -120,7 +118,6 @@ public:
         m_trace.add(QStringLiteral("workspace.reveal %1").arg(file.toString()));
     }
 
-    std::optional<RunningApplication> frontmost;
     bool terminated = false;
 
 private:

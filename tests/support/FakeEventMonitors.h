@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <list>
 #include <memory>
+#include <ranges>
 #include <utility>
 
 namespace kestrova {
@@ -30,7 +31,7 @@ public:
     }
     /// A key event of a window of this program. Answers whether a monitor swallowed it.
     bool send(const LocalEvent& event) {
-        for (const auto& [mask, handler] : m_local.snapshot())
+        for (const auto& [mask, handler] : std::views::reverse(m_local.snapshot()))
             if ((mask & event.kind) && handler(event))
                 return true;
         return false;

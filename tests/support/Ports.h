@@ -5,7 +5,11 @@
 #include "Platform/Workspace.h"
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace kestrova {
 
@@ -15,10 +19,18 @@ public:
     QString shortVersionString() const override { return QStringLiteral("1.2.3"); }
 };
 
-class FakeWorkspace final : public Workspace {
+/// A desktop on which nothing happens.
+class FakeWorkspace : public Workspace {
 public:
     std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
     QIcon icon(const RunningApplication&) const override { return {}; }
+    std::optional<ApplicationDescription> describe(const QString& bundleIdentifier) const override {
+        const auto found = installed.find(bundleIdentifier);
+        return found == installed.end() ? std::nullopt : std::optional(found->second);
+    }
+    void fileIcon(const QString& path, std::function<void(const QIcon&)> done) override {
+        iconRequests.emplace_back(path, std::move(done));
+    }
     bool isTerminated(const RunningApplication&) const override { return false; }
     void activate(const RunningApplication&) override {}
     void activateOwnWindow(std::uint64_t) override {}
@@ -26,6 +38,10 @@ public:
     void reveal(const QUrl&) override {}
 
     std::optional<RunningApplication> frontmost;
+    /// By identifier.
+    std::map<QString, ApplicationDescription> installed;
+    /// Icons of files that have been asked for, and who waits for them.
+    std::vector<std::pair<QString, std::function<void(const QIcon&)>>> iconRequests;
 };
 
 /// Takes commands straight from a test.
