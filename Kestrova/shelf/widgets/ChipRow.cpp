@@ -3,8 +3,8 @@
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/SpokenItem.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 #include "Kestrova/shelf/widgets/FilterChip.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
 
 #include <QWheelEvent>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/Ground.h"
+#include "Kestrova/shelf/controls/Ground.h"
 
 #include <QPoint>
 

@@ -4,7 +4,7 @@
 #include "Kestrova/look/Contrast.h"
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 
 #include <QFontMetrics>
 #include <QPainter>

@@ -1,12 +1,12 @@
 #include "Kestrova/shelf/widgets/CollectionSheetCard.h"
 
 #include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/SheetButton.h"
+#include "Kestrova/shelf/controls/TabStops.h"
 #include "Kestrova/shelf/widgets/CollectionPreview.h"
 #include "Kestrova/shelf/widgets/NameField.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
-#include "Kestrova/shelf/widgets/SheetButton.h"
 #include "Kestrova/shelf/widgets/SwatchRow.h"
-#include "Kestrova/shelf/widgets/TabStops.h"
 
 #include <QApplication>
 #include <QLabel>

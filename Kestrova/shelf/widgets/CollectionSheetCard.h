@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Kestrova/shelf/CollectionEditSheet.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 
 #include <QWidget>
 

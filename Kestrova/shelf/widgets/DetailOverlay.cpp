@@ -1,15 +1,15 @@
 #include "Kestrova/shelf/widgets/DetailOverlay.h"
 
+#include "Kestrova/detail/widgets/ItemEditor.h"
 #include "Kestrova/look/Easing.h"
 #include "Kestrova/look/Opacity.h"
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/TabStops.h"
 #include "Kestrova/shelf/widgets/ActionsCard.h"
 #include "Kestrova/shelf/widgets/DetailSheet.h"
 #include "Kestrova/shelf/widgets/ItemContentView.h"
-#include "Kestrova/shelf/widgets/ItemEditor.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
-#include "Kestrova/shelf/widgets/TabStops.h"
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <QMouseEvent>

@@ -2,7 +2,7 @@
 
 #include "Kestrova/look/Transition.h"
 #include "Kestrova/shelf/ShelfTypes.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 
 #include <QPixmap>
 #include <QWidget>

@@ -1,7 +1,7 @@
 #include "Kestrova/shelf/widgets/DetailSheet.h"
 
 #include "Kestrova/look/InterfaceFont.h"
-#include "Kestrova/shelf/widgets/PanelButton.h"
+#include "Kestrova/shelf/controls/PanelButton.h"
 
 #include <QFontMetrics>
 #include <QPainter>

@@ -2,8 +2,8 @@
 
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
-#include "Kestrova/shelf/widgets/KeyCapsule.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/KeyCapsule.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 
 #include <QFontMetrics>
 #include <QPainter>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/PanelButton.h"
+#include "Kestrova/shelf/controls/PanelButton.h"
 
 #include <optional>
 

@@ -1,8 +1,8 @@
 #include "Kestrova/shelf/widgets/HintBar.h"
 
 #include "Kestrova/look/InterfaceFont.h"
-#include "Kestrova/shelf/widgets/KeyCapsule.h"
-#include "Kestrova/shelf/widgets/PanelButton.h"
+#include "Kestrova/shelf/controls/KeyCapsule.h"
+#include "Kestrova/shelf/controls/PanelButton.h"
 
 #include <QFontMetrics>
 #include <QPainter>

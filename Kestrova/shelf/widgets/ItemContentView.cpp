@@ -2,12 +2,12 @@
 
 #include "Kestrova/detail/ColorFormats.h"
 #include "Kestrova/detail/QtColor.h"
+#include "Kestrova/detail/widgets/PlainTextView.h"
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/ItemRow.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
-#include "Kestrova/shelf/widgets/PictureDecoder.h"
-#include "Kestrova/shelf/widgets/PlainTextView.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/PictureDecoder.h"
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <QFontMetrics>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 #include "KestrovaCore/ClipboardItemType.h"
 #include "KestrovaCore/PersistentIdentifier.h"
 #include "Platform/MainQueue.h"

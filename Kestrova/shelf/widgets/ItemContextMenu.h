@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/Ground.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/Ground.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 #include "Platform/Sharing.h"
 
 #include <QPoint>

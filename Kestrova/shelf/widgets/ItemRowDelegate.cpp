@@ -3,8 +3,8 @@
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/ItemRow.h"
+#include "Kestrova/shelf/controls/KeyCapsule.h"
 #include "Kestrova/shelf/widgets/ItemListModel.h"
-#include "Kestrova/shelf/widgets/KeyCapsule.h"
 #include "Kestrova/shelf/widgets/ThumbnailCache.h"
 #include "KestrovaCore/ClipboardItem.h"
 

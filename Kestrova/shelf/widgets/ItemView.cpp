@@ -1,8 +1,8 @@
 #include "Kestrova/shelf/widgets/ItemView.h"
 
 #include "Kestrova/shelf/ShelfPanelView.h"
-#include "Kestrova/shelf/widgets/PictureDecoder.h"
-#include "Kestrova/shelf/widgets/ThinScrollBar.h"
+#include "Kestrova/shelf/controls/PictureDecoder.h"
+#include "Kestrova/shelf/controls/ThinScrollBar.h"
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <QContextMenuEvent>

@@ -127,4 +127,11 @@ int ItemViewAccessible::indexOfChild(const QAccessibleInterface* child) const {
     return item ? item->row() : -1;
 }
 
+void installItemViewAccessibility() {
+    QAccessible::installFactory([](const QString&, QObject* object) -> QAccessibleInterface* {
+        auto* const view = dynamic_cast<ItemView*>(object);
+        return view ? new ItemViewAccessible(*view) : nullptr;
+    });
+}
+
 } // namespace kestrova

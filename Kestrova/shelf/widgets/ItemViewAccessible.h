@@ -31,4 +31,7 @@ private:
     mutable std::unordered_map<int, QAccessible::Id> m_items;
 };
 
+/// Has each list and grid made one when it is asked for. May be called again.
+void installItemViewAccessibility();
+
 } // namespace kestrova

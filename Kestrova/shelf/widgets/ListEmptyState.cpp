@@ -2,7 +2,7 @@
 
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

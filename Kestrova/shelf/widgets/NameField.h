@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/ComposedLineEdit.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ComposedLineEdit.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 
 namespace kestrova {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/Ground.h"
+#include "Kestrova/shelf/controls/Ground.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 #include "Kestrova/shelf/widgets/PanelMenuStyle.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
 
 #include <QIcon>
 #include <QMenu>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Kestrova/look/Transition.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 #include "KestrovaCore/PersistentIdentifier.h"
 
 #include <QElapsedTimer>

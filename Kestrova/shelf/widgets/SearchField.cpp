@@ -2,7 +2,7 @@
 
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
-#include "Kestrova/shelf/widgets/SymbolButton.h"
+#include "Kestrova/shelf/controls/SymbolButton.h"
 
 #include <QFontMetrics>
 #include <QPainter>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Kestrova/look/Transition.h"
-#include "Kestrova/shelf/widgets/ComposedLineEdit.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ComposedLineEdit.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 
 #include <QWidget>
 

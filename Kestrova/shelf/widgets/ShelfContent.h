@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Kestrova/look/Transition.h"
-#include "Kestrova/shelf/widgets/Ground.h"
+#include "Kestrova/shelf/controls/Ground.h"
+#include "Kestrova/shelf/controls/PictureDecoder.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 #include "Kestrova/shelf/widgets/ItemContextMenu.h"
-#include "Kestrova/shelf/widgets/PictureDecoder.h"
 #include "Kestrova/shelf/widgets/ShelfFocus.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
 
 #include <QWidget>
 

@@ -2,12 +2,12 @@
 
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/SpokenItem.h"
+#include "Kestrova/shelf/controls/PanelButton.h"
+#include "Kestrova/shelf/controls/TabStops.h"
 #include "Kestrova/shelf/widgets/ChipRow.h"
 #include "Kestrova/shelf/widgets/ItemView.h"
-#include "Kestrova/shelf/widgets/PanelButton.h"
 #include "Kestrova/shelf/widgets/SearchField.h"
 #include "Kestrova/shelf/widgets/Sidebar.h"
-#include "Kestrova/shelf/widgets/TabStops.h"
 #include "Kestrova/shelf/widgets/TopBar.h"
 
 #include <QApplication>

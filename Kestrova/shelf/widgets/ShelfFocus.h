@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 #include "KestrovaCore/PersistentIdentifier.h"
 
 #include <QObject>

@@ -2,7 +2,8 @@
 
 #include "Kestrova/look/Easing.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
+#include "Kestrova/shelf/widgets/ItemViewAccessible.h"
 #include "Kestrova/shelf/widgets/ShelfContent.h"
 #include "Platform/Appearance.h"
 #include "Platform/WindowManagement.h"
@@ -67,6 +68,7 @@ ShelfPanelWidget::ShelfPanelWidget(Surroundings surroundings)
       m_surroundings(std::move(surroundings)) {
     // First: what is asked for before that stays what it is.
     installPanelAccessibility();
+    installItemViewAccessibility();
     setAccessibleRole(*this, QAccessible::Dialog);
     setWindowTitle(QStringLiteral("Kestrova"));
     // Also where nothing is blended now: a compositor may start later, and the window's depth never changes.

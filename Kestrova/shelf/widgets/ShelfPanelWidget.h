@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Kestrova/shelf/ShelfPanel.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 #include "Platform/MainQueue.h"
 
 #include <QRect>

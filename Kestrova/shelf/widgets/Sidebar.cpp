@@ -6,9 +6,9 @@
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/look/TabularDigits.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
-#include "Kestrova/shelf/widgets/LabelButton.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
-#include "Kestrova/shelf/widgets/ThinScrollBar.h"
+#include "Kestrova/shelf/controls/LabelButton.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/ThinScrollBar.h"
 #include "KestrovaCore/KovaCollection.h"
 
 #include <QFontMetrics>

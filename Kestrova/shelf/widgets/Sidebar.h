@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 #include "Kestrova/shelf/widgets/SidebarCounts.h"
 #include "Kestrova/shelf/widgets/SidebarRow.h"
 

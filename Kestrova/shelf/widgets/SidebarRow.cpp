@@ -5,8 +5,8 @@
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/look/TabularDigits.h"
 #include "Kestrova/shelf/SpokenItem.h"
-#include "Kestrova/shelf/widgets/KeyCapsule.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/KeyCapsule.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 
 #include <QContextMenuEvent>
 #include <QFontMetrics>

@@ -1,6 +1,6 @@
 #include "Kestrova/shelf/widgets/SwatchRow.h"
 
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 
 #include <QHBoxLayout>
 

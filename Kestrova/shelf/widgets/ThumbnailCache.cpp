@@ -1,6 +1,6 @@
 #include "Kestrova/shelf/widgets/ThumbnailCache.h"
 
-#include "Kestrova/shelf/widgets/PictureDecoder.h"
+#include "Kestrova/shelf/controls/PictureDecoder.h"
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <algorithm>

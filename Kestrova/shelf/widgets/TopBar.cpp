@@ -1,9 +1,9 @@
 #include "Kestrova/shelf/widgets/TopBar.h"
 
 #include "Kestrova/shelf/ShelfPanelView.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/SymbolButton.h"
 #include "Kestrova/shelf/widgets/SearchField.h"
-#include "Kestrova/shelf/widgets/SymbolButton.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 #include "Kestrova/shelf/widgets/ItemGridView.h"
 #include "Kestrova/shelf/widgets/ItemViewAccessible.h"
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
 #include <QAbstractButton>

@@ -1,7 +1,7 @@
 #include "Kestrova/shelf/widgets/CollectionSheetView.h"
+#include "Kestrova/shelf/controls/SheetButton.h"
 #include "Kestrova/shelf/widgets/CollectionSheetCard.h"
 #include "Kestrova/shelf/widgets/NameField.h"
-#include "Kestrova/shelf/widgets/SheetButton.h"
 #include "Kestrova/shelf/widgets/ShelfContent.h"
 #include "Kestrova/shelf/widgets/SwatchRow.h"
 #include "KestrovaCore/KovaCollection.h"

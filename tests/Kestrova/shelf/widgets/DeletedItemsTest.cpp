@@ -1,6 +1,6 @@
+#include "Kestrova/detail/widgets/PlainTextView.h"
 #include "Kestrova/shelf/widgets/ItemContentView.h"
 #include "Kestrova/shelf/widgets/ItemGridView.h"
-#include "Kestrova/shelf/widgets/PlainTextView.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/SymbolButton.h"
+#include "Kestrova/shelf/controls/SymbolButton.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
 #include <QInputMethodEvent>

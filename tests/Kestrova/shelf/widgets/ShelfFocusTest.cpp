@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/ItemEditor.h"
+#include "Kestrova/detail/widgets/ItemEditor.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
 #include <QFocusEvent>

@@ -1,6 +1,6 @@
+#include "Kestrova/shelf/controls/SymbolButton.h"
 #include "Kestrova/shelf/widgets/ChipRow.h"
 #include "Kestrova/shelf/widgets/Sidebar.h"
-#include "Kestrova/shelf/widgets/SymbolButton.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
 namespace kestrova {

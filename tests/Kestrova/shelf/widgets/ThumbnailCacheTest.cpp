@@ -1,5 +1,5 @@
 #include "Kestrova/shelf/widgets/ThumbnailCache.h"
-#include "Kestrova/shelf/widgets/PictureDecoder.h"
+#include "Kestrova/shelf/controls/PictureDecoder.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "tests/support/StoreFixture.h"
 

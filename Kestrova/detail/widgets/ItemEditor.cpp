@@ -1,7 +1,7 @@
-#include "Kestrova/shelf/widgets/ItemEditor.h"
+#include "Kestrova/detail/widgets/ItemEditor.h"
 
 #include "Kestrova/look/InterfaceFont.h"
-#include "Kestrova/shelf/widgets/ThinScrollBar.h"
+#include "Kestrova/shelf/controls/ThinScrollBar.h"
 
 #include <QKeyEvent>
 #include <QTextDocument>

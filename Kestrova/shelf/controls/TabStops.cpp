@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/TabStops.h"
+#include "Kestrova/shelf/controls/TabStops.h"
 
 #include <QWidget>
 

@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/PlainTextView.h"
+#include "Kestrova/detail/widgets/PlainTextView.h"
 
 #include <QScrollBar>
 #include <QTest>

@@ -1,8 +1,6 @@
-#include "Kestrova/shelf/widgets/PanelAccessibility.h"
+#include "Kestrova/shelf/controls/PanelAccessibility.h"
 
-#include "Kestrova/shelf/widgets/ItemView.h"
-#include "Kestrova/shelf/widgets/ItemViewAccessible.h"
-#include "Kestrova/shelf/widgets/PanelButton.h"
+#include "Kestrova/shelf/controls/PanelButton.h"
 
 #include <QAccessibleWidget>
 #include <QVariant>
@@ -51,8 +49,6 @@ private:
 
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
     const auto role = object->property(roleProperty);
-    if (auto* const view = dynamic_cast<ItemView*>(object))
-        return new ItemViewAccessible(*view);
     if (auto* const button = dynamic_cast<PanelButton*>(object))
         return new PanelButtonAccessible(
             *button, role.isValid() ? static_cast<QAccessible::Role>(role.toInt()) : QAccessible::Button);

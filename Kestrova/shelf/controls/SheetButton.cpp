@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/SheetButton.h"
+#include "Kestrova/shelf/controls/SheetButton.h"
 
 #include "Kestrova/look/InterfaceFont.h"
 

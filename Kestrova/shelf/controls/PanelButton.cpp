@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/PanelButton.h"
+#include "Kestrova/shelf/controls/PanelButton.h"
 
 #include <QAccessible>
 #include <QKeyEvent>

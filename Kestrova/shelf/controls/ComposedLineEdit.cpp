@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/ComposedLineEdit.h"
+#include "Kestrova/shelf/controls/ComposedLineEdit.h"
 
 #include <QFocusEvent>
 #include <QInputMethodEvent>

@@ -1,9 +1,9 @@
-#include "Kestrova/shelf/widgets/KeyCapsule.h"
+#include "Kestrova/shelf/controls/KeyCapsule.h"
 
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/look/TabularDigits.h"
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

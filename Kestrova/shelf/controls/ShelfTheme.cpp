@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/ShelfTheme.h"
+#include "Kestrova/shelf/controls/ShelfTheme.h"
 
 #include <QApplication>
 #include <QPalette>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Kestrova/shelf/widgets/KeyCapsule.h"
-#include "Kestrova/shelf/widgets/PanelButton.h"
+#include "Kestrova/shelf/controls/KeyCapsule.h"
+#include "Kestrova/shelf/controls/PanelButton.h"
 
 namespace kestrova {
 

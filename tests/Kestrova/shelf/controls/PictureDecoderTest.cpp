@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/PictureDecoder.h"
+#include "Kestrova/shelf/controls/PictureDecoder.h"
 #include "Platform/x11/QtMainQueue.h"
 
 #include <QBuffer>

@@ -8,7 +8,7 @@ class QWidget;
 
 namespace kestrova {
 
-/// Lets programs for people who cannot see or point find what the shelf's own widgets are. May be called
+/// Lets programs for people who cannot see or point find what the shelf's own controls are. May be called
 /// again. Nothing is made before such a program asks.
 void installPanelAccessibility();
 

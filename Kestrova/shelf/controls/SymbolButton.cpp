@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/SymbolButton.h"
+#include "Kestrova/shelf/controls/SymbolButton.h"
 
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"

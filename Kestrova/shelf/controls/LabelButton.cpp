@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/LabelButton.h"
+#include "Kestrova/shelf/controls/LabelButton.h"
 
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"

@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/ThinScrollBar.h"
+#include "Kestrova/shelf/controls/ThinScrollBar.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,0 +1,1 @@
+#include "Kestrova/detail/text/LargeText.h"
