@@ -11,6 +11,7 @@
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/Display.h"
 #include "Platform/x11/FontMemory.h"
+#include "Platform/x11/FrameDropForwarding.h"
 #include "Platform/x11/IconicWindow.h"
 #include "Platform/x11/InstanceClient.h"
 #include "Platform/x11/JsonUserDefaults.h"
@@ -47,6 +48,12 @@ QString programDirectory(QStandardPaths::StandardLocation location, const Machin
     return QStandardPaths::writableLocation(location) + u'/' + machineInfo.bundleIdentifier();
 }
 
+/// Under the program's name as people know it: what is there may be deleted by anyone who finds it.
+QString cacheDirectory(const QString& purpose) {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+           QStringLiteral("/Kestrova/") + purpose;
+}
+
 int refuseToStart(const QString& reason) {
     std::fprintf(stderr, "kestrova: %s\n", qUtf8Printable(reason));
     return ExitStatus::failure;
@@ -55,6 +62,10 @@ int refuseToStart(const QString& reason) {
 QRect toolkitRect(const ScreenRect& rect) {
     const auto place = X11Screens::geometry().windowPlace(rect);
     return place ? place->geometry : QRect();
+}
+
+ScreenRect screenRect(const QRect& rect) {
+    return X11Screens::geometry().rectOfToolkit(rect);
 }
 
 /// Unlike `quit`, which any open window can refuse.
@@ -87,7 +98,7 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
     DesktopEntries desktopEntries;
     X11Pasteboard pasteboard(mainQueue, desktopEntries, machineInfo.bundleIdentifier(),
                              ClipboardMonitor::imageFileExtensions());
-    X11Workspace workspace(desktopEntries, machineInfo.bundleIdentifier());
+    X11Workspace workspace(mainQueue, desktopEntries, machineInfo.bundleIdentifier());
     const X11Screens screens;
     X11Keymap keymap;
     X11EventMonitors eventMonitors(keymap);
@@ -99,16 +110,16 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
     QtMenuTracking menuTracking;
     X11SystemTray systemTray(mainQueue);
     X11WindowManagement windowManagement;
+    const FrameDropForwarding frameDropForwarding;
     PortalAppearance appearance(mainQueue);
     IconicWindow iconicWindow([] { return MenuBarIcon().icon(); });
     ShelfPanelWidget shelfPanel({.mainQueue = mainQueue,
                                  .windowManagement = windowManagement,
                                  .appearance = appearance,
                                  .toolkitRect = toolkitRect,
+                                 .screenRect = screenRect,
                                  .onRest = letGoOfFontPages});
-    XdgSharing sharing(mainQueue, machineInfo.bundleIdentifier(),
-                       QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
-                           QStringLiteral("/Kestrova/Shared"));
+    XdgSharing sharing(mainQueue, machineInfo.bundleIdentifier(), cacheDirectory(QStringLiteral("Shared")));
     AppDelegate delegate({.modelContainer = *container.value(),
                           .mainQueue = mainQueue,
                           .pasteboard = pasteboard,

@@ -48,6 +48,8 @@ public:
     /// Tells of keys that go to windows of this program, before the window sees them. The monitor added last
     /// is asked first; one that swallows a key keeps it from the others, too. Keys that an input
     /// method takes, or that belong to a text control by this desktop's conventions, are not told of.
+    /// While a key whose press was swallowed is held, its repeats are told of, but reach no control, whatever
+    /// the monitors answer: one who leaves a screen with a key does not type with it in the next one.
     [[nodiscard]] virtual std::unique_ptr<EventMonitor> addLocalMonitor(std::uint32_t mask,
                                                                         LocalHandler handler) = 0;
 };

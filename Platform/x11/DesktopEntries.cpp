@@ -55,11 +55,14 @@ std::optional<Found> readEntry(const QString& path, const QString& identifier) {
     if (!info || g_desktop_app_info_get_is_hidden(info.get()))
         return {};
     auto* const application = G_APP_INFO(info.get());
+    // The library's own word for programs without a name is none that a person knows.
+    const std::unique_ptr<char, Free> name{
+        g_desktop_app_info_get_locale_string(info.get(), G_KEY_FILE_DESKTOP_KEY_NAME)};
     const std::unique_ptr<char, Free> icon{
         g_desktop_app_info_get_string(info.get(), G_KEY_FILE_DESKTOP_KEY_ICON)};
     return Found{
         .entry = {.identifier = identifier,
-                  .name = QString::fromUtf8(g_app_info_get_name(application)),
+                  .name = QString::fromUtf8(name.get()).trimmed(),
                   .iconName = QString::fromUtf8(icon.get()),
                   .startupWindowClass =
                       QString::fromUtf8(g_desktop_app_info_get_startup_wm_class(info.get())),
@@ -103,14 +106,25 @@ QStringList DesktopEntries::applicationDirectories() {
 std::optional<DesktopEntry> DesktopEntries::entryFor(const WindowClass& windowClass,
                                                      const QString& executable) {
     const std::scoped_lock lock{m_mutex};
-    if (!m_scanned)
-        scan();
+    readWhatChanged();
     const auto* entry = matchingEntry(m_entries, windowClass, executable);
-    if (!entry && directoriesChanged()) {
-        scan();
-        entry = matchingEntry(m_entries, windowClass, executable);
-    }
     return entry ? std::optional{*entry} : std::nullopt;
+}
+
+std::optional<DesktopEntry> DesktopEntries::entryNamed(const QString& name) {
+    const std::scoped_lock lock{m_mutex};
+    readWhatChanged();
+    if (const auto entry = std::ranges::find(m_entries, name, &DesktopEntry::identifier);
+        entry != m_entries.end())
+        return *entry;
+    // Programs are named in small letters, and their windows often the same with a capital.
+    const auto* entry = matchingEntry(m_entries, {.instance = name, .name = name}, name.toLower());
+    return entry ? std::optional{*entry} : std::nullopt;
+}
+
+void DesktopEntries::readWhatChanged() {
+    if (!m_scanned || directoriesChanged())
+        scan();
 }
 
 void DesktopEntries::scan() {

@@ -23,7 +23,7 @@ struct WindowClass {
 struct DesktopEntry {
     /// File name without ".desktop", folders joined by dashes.
     QString identifier;
-    /// In the person's language.
+    /// In the person's language; empty if the file gives none.
     QString name;
     /// Theme name or absolute path; empty if there is none.
     QString iconName;
@@ -41,8 +41,8 @@ const DesktopEntry* matchingEntry(const std::vector<DesktopEntry>& entries, cons
 
 /// The desktop entries of this machine. Callable from every thread.
 ///
-/// The files are read at the first question, and again when a question finds no entry and a directory has
-/// changed since, so that an application installed in between is found.
+/// The files are read at the first question, and again when a directory has changed since: what is installed
+/// in between is found, and what is removed is not.
 class DesktopEntries {
 public:
     /// `directories` by falling precedence: an entry hides those of the same identifier in later ones.
@@ -51,10 +51,15 @@ public:
     /// The entry that fits (see `matchingEntry`); absent if none does.
     std::optional<DesktopEntry> entryFor(const WindowClass& windowClass, const QString& executable);
 
+    /// The entry with that identifier, shown in menus or not; else the one of an application whose windows or
+    /// program are named so. Absent if there is none.
+    std::optional<DesktopEntry> entryNamed(const QString& name);
+
     /// Where the desktop keeps its entries: the person's own directory first.
     static QStringList applicationDirectories();
 
 private:
+    void readWhatChanged();
     void scan();
     bool directoriesChanged() const;
 

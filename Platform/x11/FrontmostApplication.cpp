@@ -27,7 +27,8 @@ std::optional<RunningApplication> applicationOfWindow(const X11Windows& windows,
     }
     if (const auto entry = entries.entryFor(windowClass, executable)) {
         application.bundleIdentifier = entry->identifier;
-        application.localizedName = entry->name;
+        if (!entry->name.isEmpty())
+            application.localizedName = entry->name;
         application.iconName = entry->iconName;
     }
     if (facts->processIdentifier == QCoreApplication::applicationPid())

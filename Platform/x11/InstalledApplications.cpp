@@ -1,6 +1,7 @@
 #include "Platform/x11/InstalledApplications.h"
 
 #include "Platform/x11/BusActivation.h"
+#include "Platform/x11/DesktopIcons.h"
 #include "Platform/x11/LaunchContext.h"
 #include "Platform/x11/SessionBus.h"
 
@@ -40,17 +41,16 @@ void standApart(void*) {
 
 QIcon iconOf(GIcon* icon) {
     if (G_IS_THEMED_ICON(icon)) {
+        QStringList all;
         for (const auto* names = g_themed_icon_get_names(G_THEMED_ICON(icon)); names && *names; ++names)
-            if (auto found = QIcon::fromTheme(QString::fromUtf8(*names)); !found.isNull())
-                return found;
-        return {};
+            all.append(QString::fromUtf8(*names));
+        return firstThemeIcon(all);
     }
     if (!G_IS_FILE_ICON(icon))
         return {};
     const std::unique_ptr<char, decltype(&g_free)> path(
         g_file_get_path(g_file_icon_get_file(G_FILE_ICON(icon))), &g_free);
-    const auto name = QFile::decodeName(path.get());
-    return QFileInfo(name).isFile() ? QIcon(name) : QIcon();
+    return iconNamed(QFile::decodeName(path.get()));
 }
 
 /// Takes over the list and its elements.

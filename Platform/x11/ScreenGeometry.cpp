@@ -118,6 +118,12 @@ QPointF ScreenGeometry::pointOfToolkit(QPoint position) const {
     return {turned.x, turned.y};
 }
 
+ScreenRect ScreenGeometry::rectOfToolkit(const QRectF& rect) const {
+    if (m_displays.empty())
+        return {.x = rect.x(), .y = rect.y(), .width = rect.width(), .height = rect.height()};
+    return turnedOver(rect);
+}
+
 std::optional<WindowPlace> ScreenGeometry::windowPlace(const ScreenRect& rect) const {
     if (m_displays.empty())
         return {};

@@ -61,6 +61,8 @@ public:
     /// beyond it.
     QPointF pointOfToolkit(QPoint position) const;
 
+    /// A rectangle in the toolkit's coordinates; unchanged if there is no display.
+    ScreenRect rectOfToolkit(const QRectF& rect) const;
     /// The display on which most of the rectangle lies, else the nearest, and the rectangle in the toolkit's
     /// coordinates; absent if there is no display.
     std::optional<WindowPlace> windowPlace(const ScreenRect& rect) const;

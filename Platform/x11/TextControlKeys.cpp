@@ -1,10 +1,12 @@
 #include "Platform/x11/TextControlKeys.h"
 
 #include "Platform/KeyEvent.h"
+#include "Platform/TextControl.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextEdit>
+#include <QVariant>
 
 #include <algorithm>
 #include <array>
@@ -46,13 +48,26 @@ std::optional<TextControlState> documentState(const QWidget* widget) {
     return TextControlState{edit->textCursor().hasSelection(), edit->document()->isUndoAvailable()};
 }
 
+/// Controls that are not the toolkit's own: they tell input methods where their caret is, and by a property
+/// whether there is something to undo, for which input methods have no word.
+std::optional<TextControlState> otherControlState(const QWidget& widget) {
+    const auto caret = widget.inputMethodQuery(Qt::ImCursorPosition);
+    if (!caret.isValid())
+        return {};
+    const bool hasSelection = !widget.inputMethodQuery(Qt::ImCurrentSelection).toString().isEmpty();
+    return TextControlState{hasSelection, widget.property(TextControl::undoAvailable).toBool()};
+}
+
 } // namespace
 
 std::optional<TextControlState> textControlState(const QWidget* widget) {
     if (const auto* const line = qobject_cast<const QLineEdit*>(widget))
         return TextControlState{line->hasSelectedText(), line->isUndoAvailable()};
     const auto plain = documentState<QPlainTextEdit>(widget);
-    return plain ? plain : documentState<QTextEdit>(widget);
+    if (plain)
+        return plain;
+    const auto rich = documentState<QTextEdit>(widget);
+    return rich || !widget ? rich : otherControlState(*widget);
 }
 
 bool belongsToTextControl(std::uint16_t virtualKey, std::uint16_t state, const ModifierMap& map,

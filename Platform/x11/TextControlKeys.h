@@ -15,7 +15,8 @@ struct TextControlState {
     bool canUndo = false;
 };
 
-/// Absent if the widget is no control for text; null is none.
+/// Absent if the widget is no control for text; null is none. One that is not the toolkit's own counts if it
+/// answers an input method where its caret is; its property `TextControl::undoAvailable` tells of undo.
 std::optional<TextControlState> textControlState(const QWidget* widget);
 
 /// Whether the key with the Control key belongs to the text control in focus, as people expect at this

@@ -39,6 +39,20 @@ bool isKey(const QEvent& event) {
     return event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
 }
 
+/// Of the pointer, or a press of a key.
+bool isInput(const QEvent& event) {
+    switch (event.type()) {
+    case QEvent::KeyPress:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::Wheel:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// The window that a key goes to, which is an open popup whichever window the server sends it to.
 const QWindow& receivingWindow(const QWindow& window) {
     const auto* const popup = QApplication::activePopupWidget();
@@ -57,6 +71,7 @@ X11EventMonitors::X11EventMonitors(X11Keymap& keymap)
           m_raw->select(xcb_setup_roots_iterator(setup).data->root,
                         isEmpty ? 0 : std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS});
           xcb_flush(m_connection);
+          m_presses->clear();
           if (isEmpty)
               qGuiApp->removeNativeEventFilter(&m_mouseFilter);
           else
@@ -74,14 +89,16 @@ X11EventMonitors::X11EventMonitors(X11Keymap& keymap)
       }) {
     if (m_connection)
         m_raw.emplace(m_connection, XInputRaw::Version::AskedByToolkit);
-    if (!m_raw || !m_raw->isAvailable())
+    if (m_raw && m_raw->isAvailable())
+        m_presses.emplace(m_connection, [this](const ButtonPress& press) { onPressNotSeen(press); });
+    else
         qCWarning(lcEventMonitors, "[EventMonitors] The mouse cannot be watched: no input extension");
 }
 
 X11EventMonitors::~X11EventMonitors() = default;
 
 std::unique_ptr<EventMonitor> X11EventMonitors::addGlobalMonitor(std::uint32_t mask, GlobalHandler handler) {
-    if (!m_raw || !m_raw->isAvailable())
+    if (!m_presses)
         return nullptr;
     return m_global.add(mask, std::move(handler));
 }
@@ -94,18 +111,36 @@ bool X11EventMonitors::MouseFilter::nativeEventFilter(const QByteArray& eventTyp
     if (eventType != "xcb_generic_event_t")
         return false;
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
-    if (m_monitors.m_raw->kind(event) != XCB_INPUT_RAW_BUTTON_PRESS)
+    auto& presses = *m_monitors.m_presses;
+    if (presses.take(event))
+        return true;
+    // The toolkit's windows get presses by the extension, or where that is switched off the old way.
+    if ((event.response_type & 0x7f) == XCB_BUTTON_PRESS) {
+        const auto& own = reinterpret_cast<const xcb_button_press_event_t&>(event);
+        presses.noteOwn({.button = own.detail, .time = own.time});
+    }
+    const auto kind = m_monitors.m_raw->kind(event);
+    if (kind == XCB_INPUT_BUTTON_PRESS) {
+        const auto& own = reinterpret_cast<const xcb_input_button_press_event_t&>(event);
+        presses.noteOwn({.button = own.detail, .time = own.time});
+    }
+    if (kind != XCB_INPUT_RAW_BUTTON_PRESS)
         return false;
-    m_monitors.onRawButtonPress(reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event).detail);
+    const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+    m_monitors.onRawButtonPress({.button = raw.detail, .time = raw.time});
     return true;
 }
 
-void X11EventMonitors::onRawButtonPress(std::uint32_t button) const {
-    const auto kind = maskOfButton(button);
+void X11EventMonitors::onRawButtonPress(const ButtonPress& press) {
     // A press that closes one of our popups comes here before the popup knows of it.
-    if (kind == 0 || QApplication::activePopupWidget() || isPointerOverOwnWindow())
+    if (maskOfButton(press.button) == 0 || QApplication::activePopupWidget())
         return;
-    m_global.any(kind, [](const GlobalHandler& handler) {
+    if (!isPointerOverOwnWindow())
+        m_presses->add(press);
+}
+
+void X11EventMonitors::onPressNotSeen(const ButtonPress& press) const {
+    m_global.any(maskOfButton(press.button), [](const GlobalHandler& handler) {
         handler();
         return false;
     });
@@ -113,6 +148,7 @@ void X11EventMonitors::onRawButtonPress(std::uint32_t button) const {
 
 bool X11EventMonitors::isPointerOverOwnWindow() const {
     const auto under = windowsUnderPointer(m_connection);
+    // A window manager may keep a press on a window until it has made up its mind; its own event comes late.
     if (std::ranges::any_of(under, [this](xcb_window_t window) { return m_own.contains(window); }))
         return true;
     // The frame around a window is the window manager's, but a person takes it for the window.
@@ -130,16 +166,33 @@ bool X11EventMonitors::ArrivalFilter::nativeEventFilter(const QByteArray& eventT
         return false;
     const auto& key = *static_cast<const xcb_key_press_event_t*>(message);
     const auto kind = key.response_type & 0x7f;
-    if (kind == XCB_FOCUS_IN)
-        m_monitors.onFocusIn();
-    else if (kind == XCB_KEY_RELEASE)
+    if (kind == XCB_FOCUS_IN) {
+        m_monitors.tellWhatIsHeld();
+    } else if (kind == XCB_KEY_RELEASE) {
         m_repeats.noteRelease(key.detail, key.time);
-    else if (kind == XCB_KEY_PRESS)
-        m_repeating.set(key.detail, m_repeats.isRepeat(key.detail, key.time));
+        if (m_monitors.m_keymap.modifiers().maskOfKey[key.detail] != 0)
+            m_monitors.m_unheardRelease = key.time;
+    } else if (kind == XCB_KEY_PRESS) {
+        const bool repeats = m_repeats.isRepeat(key.detail, key.time);
+        m_repeating.set(key.detail, repeats);
+        if (!repeats) {
+            m_isNew.set(key.detail);
+            // An input method may keep this press to itself, and leave us those that follow.
+            m_monitors.m_swallowed.reset(key.detail);
+        }
+    }
     return false;
 }
 
+bool X11EventMonitors::ArrivalFilter::takeRepeat(std::uint8_t x11Key) {
+    const bool isNew = m_isNew.test(x11Key);
+    m_isNew.reset(x11Key);
+    return !isNew && m_repeating.test(x11Key);
+}
+
 bool X11EventMonitors::WindowFilter::eventFilter(QObject* receiver, QEvent* event) {
+    if (receiver->isWindowType() && isInput(*event))
+        m_monitors.onInput(static_cast<const QInputEvent&>(*event));
     if (!isKey(*event))
         return false;
     // The window gets everything first and passes it on to its widgets. Its filters get what comes after
@@ -183,24 +236,38 @@ bool X11EventMonitors::onKey(const QWindow& window, const QKeyEvent& key) {
         return onModifierKey(window.winId(), *virtualKey, key);
     if (key.type() != QEvent::KeyPress)
         return false;
+    if (repeats && m_swallowed.test(x11Key)) {
+        tellOfPress(window, *virtualKey, key, repeats);
+        return true;
+    }
     const auto state = static_cast<std::uint16_t>(key.nativeModifiers());
     const auto control = textControlState(QApplication::focusWidget());
-    if (control && belongsToTextControl(*virtualKey, state, modifiers, *control))
-        return false;
+    const bool isSwallowed = !(control && belongsToTextControl(*virtualKey, state, modifiers, *control)) &&
+                             tellOfPress(window, *virtualKey, key, repeats);
+    if (!repeats)
+        m_swallowed.set(x11Key, isSwallowed);
+    return isSwallowed;
+}
+
+bool X11EventMonitors::tellOfPress(const QWindow& window, std::uint16_t virtualKey, const QKeyEvent& key,
+                                   bool repeats) const {
+    const auto& modifiers = m_keymap.modifiers();
+    const auto x11Key = static_cast<xcb_keycode_t>(key.nativeScanCode());
+    const auto state = static_cast<std::uint16_t>(key.nativeModifiers());
     // A keypad's digits are its digits while they are what it types.
-    const auto locked = isKeypadKey(*virtualKey) ? std::uint32_t{state} & modifiers.numLock : 0;
+    const auto locked = isKeypadKey(virtualKey) ? std::uint32_t{state} & modifiers.numLock : 0;
     const auto text = m_keymap.text(x11Key, X11Keymap::layoutOfState(key.nativeModifiers()), locked);
     return tell({.kind = EventMask::keyDown,
                  .window = window.winId(),
-                 .key = {.keyCode = *virtualKey,
-                         .modifierFlags = localEventFlags(state, *virtualKey, modifiers),
+                 .key = {.keyCode = virtualKey,
+                         .modifierFlags = localEventFlags(state, virtualKey, modifiers),
                          .charactersIgnoringModifiers = text.value_or(QString{}),
                          .isRepeat = repeats}});
 }
 
 bool X11EventMonitors::isRepeat(const QKeyEvent& press) {
     const auto x11Key = static_cast<xcb_keycode_t>(press.nativeScanCode());
-    const bool follows = press.timestamp() == noTime ? m_arrivalFilter.isRepeating(x11Key)
+    const bool follows = press.timestamp() == noTime ? m_arrivalFilter.takeRepeat(x11Key)
                                                      : m_repeats.isRepeat(x11Key, press.timestamp());
     return follows || press.isAutoRepeat();
 }
@@ -209,6 +276,8 @@ bool X11EventMonitors::onModifierKey(std::uint64_t window, std::uint16_t virtual
     const auto& modifiers = m_keymap.modifiers();
     const auto x11Key = static_cast<xcb_keycode_t>(key.nativeScanCode());
     const auto before = static_cast<std::uint16_t>(key.nativeModifiers());
+    if (key.type() == QEvent::KeyRelease)
+        m_unheardRelease.reset();
     const auto after = key.type() == QEvent::KeyPress ? m_held.afterPress(x11Key, before, modifiers)
                                                       : m_held.afterRelease(x11Key, before, modifiers);
     return tell({.kind = EventMask::flagsChanged,
@@ -225,8 +294,16 @@ void X11EventMonitors::onFocusOut(const QWindow& window) {
     tell({.kind = EventMask::flagsChanged, .window = window.winId(), .key = {}});
 }
 
-void X11EventMonitors::onFocusIn() {
-    // The toolkit keeps to itself that the keyboard was elsewhere for a moment, or with a grab.
+void X11EventMonitors::onInput(const QInputEvent& event) {
+    // An earlier one may only have waited for its turn, and so may the release behind it.
+    if (m_unheardRelease && event.timestamp() > *m_unheardRelease) {
+        m_unheardRelease.reset();
+        tellWhatIsHeld();
+    }
+}
+
+void X11EventMonitors::tellWhatIsHeld() {
+    // The toolkit keeps to itself that the keyboard was elsewhere for a moment, with a grab, or with a drag.
     m_held.clear();
     const auto root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
     const XcbReply<xcb_query_pointer_reply_t> pointer{

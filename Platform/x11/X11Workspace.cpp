@@ -1,14 +1,13 @@
 #include "Platform/x11/X11Workspace.h"
 
+#include "Platform/x11/DesktopEntries.h"
+#include "Platform/x11/DesktopIcons.h"
 #include "Platform/x11/FrontmostApplication.h"
 #include "Platform/x11/InstalledApplications.h"
 #include "Platform/x11/ToolkitConnection.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QMimeDatabase>
 
 #include <utility>
 
@@ -20,8 +19,9 @@ Q_LOGGING_CATEGORY(lcWorkspace, "kestrova.workspace")
 
 } // namespace
 
-X11Workspace::X11Workspace(DesktopEntries& entries, QString bundleIdentifier)
-    : m_entries(entries), m_bundleIdentifier(std::move(bundleIdentifier)) {
+X11Workspace::X11Workspace(MainQueue& mainQueue, DesktopEntries& entries, QString bundleIdentifier)
+    : m_entries(entries), m_bundleIdentifier(std::move(bundleIdentifier)), m_fileTypes(mainQueue) {
+    chooseFallbackIconTheme();
     if (auto* const connection = toolkitConnection())
         m_windows.emplace(connection);
     else
@@ -34,29 +34,19 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
 }
 
 QIcon X11Workspace::icon(const RunningApplication& application) const {
-    const auto& name = application.iconName;
-    if (name.isEmpty())
-        return {};
-    if (QDir::isAbsolutePath(name))
-        return QFileInfo(name).isFile() ? QIcon(name) : QIcon();
-    return QIcon::fromTheme(name);
+    return iconNamed(application.iconName);
 }
 
 std::optional<ApplicationDescription> X11Workspace::describe(const QString& bundleIdentifier) const {
-    const auto application = installedApplication(bundleIdentifier);
-    if (!application)
+    const auto entry = m_entries.entryNamed(bundleIdentifier);
+    if (!entry || entry->name.isEmpty())
         return std::nullopt;
-    return ApplicationDescription{application->name(), application->icon()};
+    return ApplicationDescription{.name = entry->name, .icon = iconNamed(entry->iconName)};
 }
 
 void X11Workspace::fileIcon(const QString& path, std::function<void(const QIcon&)> done) {
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
-        [done = std::move(done),
-         name = QMimeDatabase().mimeTypeForFile(path, QMimeDatabase::MatchExtension).iconName()] {
-            done(QIcon::fromTheme(name));
-        },
-        Qt::QueuedConnection);
+    m_fileTypes.find(
+        path, [done = std::move(done)](const QMimeType& type) { done(firstThemeIcon(iconNamesOf(type))); });
 }
 
 bool X11Workspace::isTerminated(const RunningApplication& application) const {

@@ -2,6 +2,7 @@
 
 #include "Platform/Workspace.h"
 #include "Platform/x11/FileManager.h"
+#include "Platform/x11/FileTypeFinder.h"
 #include "Platform/x11/X11Windows.h"
 
 #include <QString>
@@ -16,8 +17,8 @@ class DesktopEntries;
 /// Where the toolkit does not run on X11 no application is ever in front.
 class X11Workspace final : public Workspace {
 public:
-    /// `entries` outlives the object.
-    X11Workspace(DesktopEntries& entries, QString bundleIdentifier);
+    /// `mainQueue` and `entries` outlive the object.
+    X11Workspace(MainQueue& mainQueue, DesktopEntries& entries, QString bundleIdentifier);
 
     std::optional<RunningApplication> frontmostApplication() const override;
     QIcon icon(const RunningApplication& application) const override;
@@ -34,6 +35,7 @@ private:
     const QString m_bundleIdentifier;
     std::optional<X11Windows> m_windows;
     FileManager m_fileManager;
+    FileTypeFinder m_fileTypes;
 };
 
 } // namespace kestrova

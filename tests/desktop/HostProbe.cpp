@@ -8,6 +8,9 @@
 ///                          window
 ///   terminated WINDOW   -> 1 or 0 for the application that had the window when it was last activated
 ///   active              -> the window in front
+///   describe NAME       -> the name of the installed application and whether it has an icon (1 or 0), or
+///                          none
+///   icon PATH           -> the name of the icon of such files, or none
 ///   screens             -> x y width height scale of each, in global points
 ///   tray                -> awaits; from now on a tray is waited for
 ///   appeared            -> 1 or 0, for whether it is there
@@ -92,6 +95,11 @@ public:
             answer(QString::number(m_workspace.isTerminated(m_activated[window])));
         else if (command == "active"_L1)
             answer(QString::number(m_windows.activeWindow()));
+        else if (command == "describe"_L1)
+            describe(words.value(1));
+        else if (command == "icon"_L1)
+            m_workspace.fileIcon(words.mid(1).join(u' '),
+                                 [](const QIcon& icon) { answer(icon.isNull() ? u"none"_s : icon.name()); });
         else if (command == "screens"_L1)
             screens();
         else if (command == "tray"_L1)
@@ -232,6 +240,11 @@ private:
         m_workspace.activateOwnWindow(m_window.winId());
     }
 
+    void describe(const QString& identifier) const {
+        const auto application = m_workspace.describe(identifier);
+        answer(application ? u"%1 %2"_s.arg(application->name).arg(!application->icon.isNull()) : u"none"_s);
+    }
+
     void screens() const {
         QStringList all;
         for (const auto& screen : m_screens.screens())
@@ -255,7 +268,7 @@ private:
 
     QtMainQueue m_mainQueue;
     DesktopEntries m_entries;
-    X11Workspace m_workspace{m_entries, ownIdentifier};
+    X11Workspace m_workspace{m_mainQueue, m_entries, ownIdentifier};
     X11Screens m_screens;
     X11SystemTray m_tray{m_mainQueue};
     bool m_trayAppeared = false;

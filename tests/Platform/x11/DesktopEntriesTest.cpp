@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <map>
+#include <optional>
 #include <sys/stat.h>
 
 namespace kestrova {
@@ -146,6 +148,113 @@ TEST_F(DesktopEntriesTest, AnApplicationInstalledLaterIsFound) {
     put(u"apps/second.desktop"_s);
     EXPECT_TRUE(entries.entryFor(named(u"second"_s), {}));
 }
+
+TEST_F(DesktopEntriesTest, AnApplicationThatWasRemovedIsNotFound) {
+    put(u"apps/first.desktop"_s);
+    put(u"apps/second.desktop"_s);
+    age(u"apps"_s);
+    DesktopEntries entries{{m_directory.filePath(u"apps"_s)}};
+    EXPECT_TRUE(entries.entryNamed(u"second"_s));
+    ASSERT_TRUE(QFile::remove(m_directory.filePath(u"apps/second.desktop"_s)));
+    EXPECT_FALSE(entries.entryNamed(u"second"_s));
+    EXPECT_FALSE(entries.entryFor(named(u"second"_s), {}));
+}
+
+TEST_F(DesktopEntriesTest, AnEntryWithoutANameHasNone) {
+    QFile file{m_directory.filePath(u"nameless.desktop"_s)};
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[Desktop Entry]\nType=Application\nExec=/bin/true\nIcon=some-icon\n");
+    file.close();
+    DesktopEntries entries{{m_directory.path()}};
+    const auto found = entries.entryNamed(u"nameless"_s);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->name, QString());
+    EXPECT_EQ(found->iconName, u"some-icon"_s);
+}
+
+struct NamedEntry {
+    const char* description;
+    QString name;
+    QString identifier;
+};
+
+class EntryNamedTest : public DesktopEntriesTest, public testing::WithParamInterface<NamedEntry> {};
+
+TEST_P(EntryNamedTest, IsFound) {
+    put(u"apps/org.example.Notes.desktop"_s, "StartupWMClass=org.example.Pad\n");
+    put(u"apps/org.example.Pad.desktop"_s);
+    put(u"apps/debian-term.desktop"_s, "StartupWMClass=Terminal-Main\nExec=/bin/cat %U\n");
+    put(u"apps/web-viewer.desktop"_s, "StartupWMClass=Navigator\n");
+    put(u"apps/settings-helper.desktop"_s, "NoDisplay=true\n");
+    put(u"apps/gone.desktop"_s, "Hidden=true\n");
+    DesktopEntries entries{{m_directory.filePath(u"apps"_s)}};
+    EXPECT_EQ(entries.entryNamed(GetParam().name).value_or(DesktopEntry{}).identifier, GetParam().identifier);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , EntryNamedTest,
+    testing::Values(NamedEntry{"ByItsIdentifierThoughAnothersWindowsAreCalledSo", u"org.example.Pad"_s,
+                               u"org.example.Pad"_s},
+                    NamedEntry{"ByTheClassOfItsWindows", u"Navigator"_s, u"web-viewer"_s},
+                    NamedEntry{"ByTheEndOfItsIdentifierWhateverTheCase", u"notes"_s, u"org.example.Notes"_s},
+                    NamedEntry{"ByTheNameOfItsProgramWithACapital", u"Cat"_s, u"debian-term"_s},
+                    NamedEntry{"ThoughMenusLeaveItOut", u"settings-helper"_s, u"settings-helper"_s},
+                    NamedEntry{"NotIfItIsHidden", u"gone"_s, QString()},
+                    NamedEntry{"NotIfNothingIsCalledSo", u"org.example.Other"_s, QString()},
+                    NamedEntry{"NotForAnEmptyName", QString(), QString()}),
+    [](const testing::TestParamInfo<NamedEntry>& row) { return row.param.description; });
+
+/// Sets the variables that tell the person's language, for its life.
+class Language {
+public:
+    Language(const char* variable, const char* value) {
+        for (auto& [name, before] : m_before) {
+            before = qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt;
+            qunsetenv(name);
+        }
+        qputenv(variable, value);
+    }
+    Language(const Language&) = delete;
+    Language& operator=(const Language&) = delete;
+    ~Language() {
+        for (const auto& [name, before] : m_before) {
+            if (before)
+                qputenv(name, *before);
+            else
+                qunsetenv(name);
+        }
+    }
+
+private:
+    std::map<const char*, std::optional<QByteArray>> m_before{
+        {"LANGUAGE", {}}, {"LC_ALL", {}}, {"LC_MESSAGES", {}}, {"LANG", {}}};
+};
+
+struct LanguageRow {
+    const char* variable;
+    const char* value;
+    const char* name;
+};
+
+class EntryLanguageTest : public DesktopEntriesTest, public testing::WithParamInterface<LanguageRow> {};
+
+TEST_P(EntryLanguageTest, DecidesTheName) {
+    put(u"apps/notes.desktop"_s, "Name[ko]=메모장\nName[de]=Notizen\n");
+    const Language language(GetParam().variable, GetParam().value);
+    DesktopEntries entries{{m_directory.filePath(u"apps"_s)}};
+    EXPECT_EQ(entries.entryNamed(u"notes"_s).value_or(DesktopEntry{}).name,
+              QString::fromUtf8(GetParam().name));
+}
+
+INSTANTIATE_TEST_SUITE_P(, EntryLanguageTest,
+                         testing::Values(LanguageRow{"LANGUAGE", "de:ko", "Notizen"},
+                                         LanguageRow{"LC_ALL", "ko_KR.UTF-8", "메모장"},
+                                         LanguageRow{"LC_MESSAGES", "ko_KR.UTF-8", "메모장"},
+                                         LanguageRow{"LANG", "ko_KR.UTF-8", "메모장"},
+                                         LanguageRow{"LANG", "fr_FR.UTF-8", "notes"}),
+                         [](const testing::TestParamInfo<LanguageRow>& row) {
+                             return std::string(row.param.variable) + '_' + std::string(row.param.value, 2);
+                         });
 
 } // namespace
 } // namespace kestrova

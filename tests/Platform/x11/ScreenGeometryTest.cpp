@@ -42,11 +42,19 @@ TEST(ScreenGeometryTest, ThePanelAtTheTopIsMissingFromTheVisibleFramesTop) {
     EXPECT_EQ(screen.visibleFrame, (ScreenRect{0, 0, 1000, 770}));
 }
 
+TEST(ScreenGeometryTest, AWindowsPlaceIsTurnedOverAndBack) {
+    const ScreenRect place{.x = 480, .y = 310, .width = 960, .height = 540};
+    const auto geometry = mixedPair();
+    EXPECT_EQ(geometry.rectOfToolkit(geometry.windowPlace(place)->geometry), place);
+    EXPECT_EQ(geometry.rectOfToolkit({1920, 100, 960, 540}), (ScreenRect{1920, 1080 - 640, 960, 540}));
+}
+
 TEST(ScreenGeometryTest, WithoutDisplaysThereIsNothing) {
     const ScreenGeometry none{{}};
     EXPECT_TRUE(none.screens().empty());
     EXPECT_FALSE(none.primaryScreen());
     EXPECT_FALSE(none.windowPlace({0, 0, 10, 10}));
+    EXPECT_EQ(none.rectOfToolkit({1, 2, 3, 4}), (ScreenRect{1, 2, 3, 4}));
     EXPECT_FALSE(none.screenOfPixels({0, 0, 10, 10}));
     EXPECT_EQ(none.pointOfToolkit({3, 4}), QPointF());
 }
