@@ -79,9 +79,10 @@ private:
             return true;
         }
         void react() override {
-            // Copies: a reaction may enter the holder again and move both on.
-            const Value from = previous;
+            // Copies: a reaction may enter the holder again. What was before is let go of: it may be all that
+            // still keeps something that was deleted.
             const Value to = current;
+            const Value from = std::exchange(previous, to);
             reactTo(from, to);
         }
 

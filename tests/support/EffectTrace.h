@@ -9,6 +9,7 @@
 #include "Platform/Screens.h"
 #include "Platform/Sharing.h"
 #include "tests/support/FakePasteboard.h"
+#include "tests/support/FakeScreens.h"
 #include "tests/support/ManualMainQueue.h"
 #include "tests/support/Ports.h"
 
@@ -48,12 +49,13 @@ public:
         content = &view;
         m_trace.add(QStringLiteral("panel.setContent"));
     }
+    ScreenRect frame() const override { return place; }
     void setFrame(const ScreenRect& rect) override {
-        frame = rect;
+        place = rect;
         m_trace.add(QStringLiteral("panel.setFrame"));
     }
     void animateFrame(const ScreenRect& rect, Duration duration, AnimationTiming timing) override {
-        frame = rect;
+        place = rect;
         m_trace.add(QStringLiteral("panel.animateFrame %1 %2").arg(duration.count()).arg(word(timing)));
     }
     void setAlpha(double alpha) override { m_trace.add(QStringLiteral("panel.setAlpha %1").arg(alpha)); }
@@ -80,7 +82,7 @@ public:
     }
 
     bool visible = false;
-    ScreenRect frame;
+    ScreenRect place;
     ShelfPanelView* content = nullptr;
     std::function<void(const ShareTarget&)> onSharePicked;
 
@@ -258,18 +260,6 @@ private:
     };
 
     EffectTrace& m_trace;
-};
-
-class FakeScreens final : public Screens {
-public:
-    std::vector<Screen> screens() const override { return all; }
-    std::optional<Screen> mainScreen() const override { return main; }
-    QPointF mouseLocation() const override { return mouse; }
-
-    std::vector<Screen> all{
-        Screen{.identifier = 1, .frame = {0, 0, 1920, 1080}, .visibleFrame = {0, 0, 1920, 1000}, .scale = 1}};
-    std::optional<Screen> main;
-    QPointF mouse{100, 100};
 };
 
 } // namespace kestrova

@@ -3,9 +3,11 @@
 #include "Platform/EventMonitors.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <list>
 #include <memory>
 #include <ranges>
+#include <set>
 #include <utility>
 
 namespace kestrova {
@@ -29,12 +31,18 @@ public:
             if (mask & kind)
                 handler();
     }
-    /// A key event of a window of this program. Answers whether a monitor swallowed it.
+    /// A key event of a window of this program. Answers whether it is kept from the controls.
     bool send(const LocalEvent& event) {
-        for (const auto& [mask, handler] : std::views::reverse(m_local.snapshot()))
-            if ((mask & event.kind) && handler(event))
-                return true;
-        return false;
+        const bool isSwallowed = tell(event);
+        if (event.kind != EventMask::keyDown)
+            return isSwallowed;
+        if (event.key.isRepeat)
+            return isSwallowed || m_swallowed.contains(event.key.keyCode);
+        if (isSwallowed)
+            m_swallowed.insert(event.key.keyCode);
+        else
+            m_swallowed.erase(event.key.keyCode);
+        return isSwallowed;
     }
 
     std::size_t globalMonitors() const { return m_global.size(); }
@@ -45,6 +53,13 @@ public:
     bool refusesGlobalMonitors = false;
 
 private:
+    bool tell(const LocalEvent& event) {
+        for (const auto& [mask, handler] : std::views::reverse(m_local.snapshot()))
+            if ((mask & event.kind) && handler(event))
+                return true;
+        return false;
+    }
+
     template<typename Handler>
     class Monitors {
     public:
@@ -82,6 +97,8 @@ private:
 
     Monitors<GlobalHandler> m_global;
     Monitors<LocalHandler> m_local;
+    /// Whose press a monitor has swallowed.
+    std::set<std::uint16_t> m_swallowed;
 };
 
 } // namespace kestrova

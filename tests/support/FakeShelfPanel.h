@@ -17,13 +17,14 @@ public:
         calls.emplace_back("setContent");
         content = &view;
     }
+    ScreenRect frame() const override { return place; }
     void setFrame(const ScreenRect& newFrame) override {
         calls.emplace_back("setFrame");
-        frame = newFrame;
+        place = newFrame;
     }
     void animateFrame(const ScreenRect& newFrame, Duration duration, AnimationTiming timing) override {
         calls.emplace_back("animateFrame");
-        frame = newFrame;
+        place = newFrame;
         lastDuration = duration;
         lastTiming = timing;
     }
@@ -61,7 +62,7 @@ public:
     ShelfPanelView* content = nullptr;
     bool visible = false;
     std::uint64_t number = 40;
-    ScreenRect frame;
+    ScreenRect place;
     double alpha = 1;
     bool ignoresMouseEvents = false;
     Duration lastDuration{};

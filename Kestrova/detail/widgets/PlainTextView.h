@@ -8,8 +8,7 @@ namespace kestrova {
 
 class ThinScrollBar;
 
-/// A text in a fixed-width font that can be read and marked, and scrolls. Long texts cost no more than a long
-/// page.
+/// A text in a fixed-width font that can be read and marked, and scrolls.
 class PlainTextView final : public QPlainTextEdit {
 public:
     explicit PlainTextView(QWidget* parent);
@@ -18,7 +17,10 @@ public:
     void show(const QString& text);
     void setTheme(const ShelfTheme& theme);
 
-    static constexpr qsizetype longestText = 20'000;
+protected:
+    /// To the letter; the toolkit's own gives a blank for a no-break space and a line feed for every line
+    /// end.
+    QMimeData* createMimeDataFromSelection() const override;
 
 private:
     ThinScrollBar* m_scrollBar;

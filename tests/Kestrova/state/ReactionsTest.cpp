@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -164,6 +165,14 @@ TEST_F(ReactionsTest, AWatchedValueThatAReactionChangesIsPaintedWithIt) {
     react = [&](const std::string&) { d = 1; };
     reactions.perform([&] { a = 1; });
     EXPECT_EQ(log, (Log{"a:0>1", "settled"}));
+}
+
+TEST_F(ReactionsTest, AValueThatWasWatchedIsNotKept) {
+    auto held = std::make_shared<int>(1);
+    reactions.watch([&held] { return held; });
+    const std::weak_ptr<int> gone = held;
+    reactions.perform([&] { held.reset(); });
+    EXPECT_TRUE(gone.expired());
 }
 
 TEST(ReactionsDeathTest, ATableThatNeverComesToRestIsABrokenInvariant) {
