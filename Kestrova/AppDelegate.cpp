@@ -163,7 +163,8 @@ void AppDelegate::makeShelfPanelController() {
                                            .defaults = m_host.defaults,
                                            .hud = m_hud,
                                            .panel = m_host.shelfPanel,
-                                           .sharing = m_host.sharing});
+                                           .sharing = m_host.sharing,
+                                           .linkPreviews = m_linkPreviews});
 }
 
 void AppDelegate::makeHotkeyManager() {

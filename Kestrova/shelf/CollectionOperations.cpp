@@ -54,4 +54,13 @@ void CollectionOperations::deleteCollection(const std::shared_ptr<KovaCollection
     });
 }
 
+void CollectionOperations::setOrder(const std::vector<std::shared_ptr<KovaCollection>>& order) {
+    m_surroundings.changeAndSave([&] {
+        std::int64_t place = 0;
+        for (const auto& collection : order)
+            collection->setSortOrder(place++);
+        return m_surroundings.context.save();
+    });
+}
+
 } // namespace kestrova

@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace kestrova {
 
@@ -44,6 +45,8 @@ public:
     CollectionEditSheet* sheet() const { return m_sheet.get(); }
     /// The items stay in the history.
     void deleteCollection(const std::shared_ptr<KovaCollection>& collection);
+    /// All collections, in the order in which they are to stand.
+    void setOrder(const std::vector<std::shared_ptr<KovaCollection>>& order);
 
 private:
     void submit(const CollectionEditSheet::Mode& mode, const QString& name,

@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/ItemGridCard.h"
 
+#include "Kestrova/detail/ItemParts.h"
 #include "Kestrova/shelf/ItemRow.h"
 #include "KestrovaCore/ClipboardItem.h"
 
@@ -28,13 +29,6 @@ QString hostLine(const ClipboardItem& item) {
 }
 
 } // namespace
-
-std::optional<QUrl> linkOf(const ClipboardItem& item) {
-    if (item.type() != ClipboardItemType::url)
-        return std::nullopt;
-    const QUrl url(item.content());
-    return url.isValid() ? std::optional{url} : std::nullopt;
-}
 
 ItemGridCard ItemGridCard::of(const ClipboardItem& item,
                               const std::optional<LinkPreviewCache::Preview>& preview) {

@@ -40,7 +40,4 @@ struct ItemGridCard {
     bool operator==(const ItemGridCard&) const = default;
 };
 
-/// The page that an item leads to; absent if it is no link or the link cannot be read.
-std::optional<QUrl> linkOf(const ClipboardItem& item);
-
 } // namespace kestrova

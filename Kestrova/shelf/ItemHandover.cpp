@@ -50,17 +50,23 @@ SharedContent ItemHandover::sharedContent(const ClipboardItem& item) {
 }
 
 void ItemHandover::openFile(const ClipboardItem& item) const {
-    if (const auto url = PasteService::fileURL(item)) {
-        m_surroundings.workspace.open(*url);
-        m_onStepAside();
-    }
+    if (const auto url = PasteService::fileURL(item))
+        open(*url);
 }
 
 void ItemHandover::revealFile(const ClipboardItem& item) const {
-    if (const auto url = PasteService::fileURL(item)) {
-        m_surroundings.workspace.reveal(*url);
-        m_onStepAside();
-    }
+    if (const auto url = PasteService::fileURL(item))
+        reveal(*url);
+}
+
+void ItemHandover::open(const QUrl& url) const {
+    m_surroundings.workspace.open(url);
+    m_onStepAside();
+}
+
+void ItemHandover::reveal(const QUrl& file) const {
+    m_surroundings.workspace.reveal(file);
+    m_onStepAside();
 }
 
 void ItemHandover::share(const std::shared_ptr<ClipboardItem>& item) {

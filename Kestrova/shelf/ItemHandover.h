@@ -33,6 +33,8 @@ public:
     /// With its default application. Nothing happens to an item without a file; so too in `revealFile`.
     void openFile(const ClipboardItem& item) const;
     void revealFile(const ClipboardItem& item) const;
+    void open(const QUrl& url) const;
+    void reveal(const QUrl& file) const;
     /// On the next turn asks for an application, and hands the item over to the one that is chosen. Of two
     /// requests within a turn the later one counts.
     void share(const std::shared_ptr<ClipboardItem>& item);

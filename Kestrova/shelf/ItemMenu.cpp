@@ -1,10 +1,9 @@
 #include "Kestrova/shelf/ItemMenu.h"
 
 #include "Kestrova/clipboard/PasteService.h"
-#include "Kestrova/shelf/ItemOperations.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "KestrovaCore/ClipboardItem.h"
-#include "KestrovaCore/KovaCollection.h"
+#include "KestrovaCore/CollectionMembership.h"
 
 namespace kestrova {
 namespace {
@@ -13,7 +12,7 @@ using namespace Qt::StringLiterals;
 using Kind = ItemMenuAction::Kind;
 
 ItemMenuEntry collectionLine(const ClipboardItem& item, const std::shared_ptr<KovaCollection>& collection) {
-    const bool isIn = ItemOperations::isInCollection(item, *collection);
+    const bool isIn = isInCollection(item, *collection);
     return {.title = (isIn ? u"✓ "_s : u"  "_s) + collection->name(),
             .action = ItemMenuAction{isIn ? Kind::removeFromCollection : Kind::addToCollection, collection}};
 }

@@ -3,7 +3,11 @@
 #include "KestrovaCore/Result.h"
 #include "KestrovaCore/StoreError.h"
 
+#include <QString>
+#include <QUrl>
+
 #include <memory>
+#include <vector>
 
 namespace kestrova {
 
@@ -26,15 +30,20 @@ public:
     void writeToPasteboard(const ClipboardItem& item);
     /// As `writeToPasteboard`, and shows the toast.
     void copy(const std::shared_ptr<ClipboardItem>& item);
+    /// The same of a text that was made of the item.
+    void copyText(const std::shared_ptr<ClipboardItem>& item, const QString& text);
     Result<Done, StoreError> togglePin(ClipboardItem& item);
     /// An item that is in the collection stays there once.
     Result<Done, StoreError> addToCollection(ClipboardItem& item,
                                              const std::shared_ptr<KovaCollection>& collection);
     Result<Done, StoreError> removeFromCollection(ClipboardItem& item, const KovaCollection& collection);
+    /// Of an item that has been deleted meanwhile, what was typed becomes a new one.
+    Result<Done, StoreError> saveEdit(ClipboardItem& item, const QString& content);
+    /// A new item, in no history yet, of an address or a file.
+    static std::shared_ptr<ClipboardItem> itemOf(const QUrl& url);
+    Result<Done, StoreError> insert(const std::vector<std::shared_ptr<ClipboardItem>>& items);
     /// The row goes at once; there is no confirmation.
     Result<Done, StoreError> deleteItem(ClipboardItem& item);
-
-    static bool isInCollection(const ClipboardItem& item, const KovaCollection& collection);
 
 private:
     ModelContext& m_context;

@@ -1,12 +1,10 @@
 #include "Kestrova/shelf/ItemRow.h"
 
+#include "Kestrova/detail/Characters.h"
 #include "Kestrova/detail/ColorFormats.h"
+#include "Kestrova/detail/ItemParts.h"
 #include "Kestrova/detail/QtColor.h"
 #include "KestrovaCore/ClipboardItem.h"
-
-#include <QTextBoundaryFinder>
-
-#include <algorithm>
 
 namespace kestrova {
 namespace {
@@ -14,25 +12,12 @@ namespace {
 constexpr qsizetype textLength = 120;
 constexpr std::size_t quickPasteRows = 9;
 
-/// Letters that never join the one before them.
-bool standsAlone(QChar letter) {
-    const char16_t code = letter.unicode();
-    return (code < 0x300 && code != u'\r') || (code >= 0xAC00 && code <= 0xD7A3);
-}
-
 QString oneLine(const QString& content) {
     auto line = firstCharacters(content).toString();
     line.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
     for (const auto newline : {u'\n', u'\v', u'\f', u'\r', u'\u0085', u'\u2028', u'\u2029'})
         line.replace(QChar(newline), u' ');
     return line.trimmed();
-}
-
-QString lastPathComponent(const QString& path) {
-    auto rest = QStringView(path);
-    while (rest.size() > 1 && rest.endsWith(u'/'))
-        rest.chop(1);
-    return rest.size() > 1 ? rest.sliced(rest.lastIndexOf(u'/') + 1).toString() : rest.toString();
 }
 
 QString pictureText(const ClipboardItem& item) {
@@ -67,21 +52,7 @@ QString symbolName(ClipboardItemType type) {
 }
 
 QStringView firstCharacters(QStringView text) {
-    // Rows are made at each painting, so ordinary text is not walked by the segmentation.
-    const auto plain = text.first(std::min(textLength + 1, text.size()));
-    if (std::ranges::all_of(plain, standsAlone))
-        return text.first(std::min(textLength, text.size()));
-    for (qsizetype looked = 4 * textLength;; looked *= 4) {
-        const auto piece = text.first(std::min(looked, text.size()));
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, piece.data(), piece.size());
-        for (qsizetype passed = 0; passed < textLength && finder.toNextBoundary() != -1; ++passed) {
-        }
-        // At the piece's end the last character may be cut, unless the text ends there too.
-        if (const auto end = finder.position(); end != -1 && end < piece.size())
-            return text.first(end);
-        if (piece.size() == text.size())
-            return text;
-    }
+    return firstCharacters(text, textLength);
 }
 
 QString primaryText(const ClipboardItem& item) {

@@ -112,7 +112,9 @@ void ShelfKeyboard::modifiersReleased(std::uint32_t flags) {
 
 bool ShelfKeyboard::handle(const KeyEvent& event) {
     if (event.keyCode == VirtualKey::escape) {
-        leave();
+        // Whoever holds it a little too long leaves one screen, and not all of them.
+        if (!event.isRepeat)
+            leave();
         return true;
     }
     // All other keys belong to the open detail screen.

@@ -28,6 +28,8 @@ public:
     /// The host's number of the window.
     virtual std::uint64_t windowNumber() const = 0;
 
+    /// Where it stands now, on its way elsewhere too.
+    virtual ScreenRect frame() const = 0;
     virtual void setFrame(const ScreenRect& frame) = 0;
     virtual void animateFrame(const ScreenRect& frame, Duration duration, AnimationTiming timing) = 0;
     virtual void setAlpha(double alpha) = 0;

@@ -1,6 +1,7 @@
 #include "Kestrova/shelf/ShelfPanelController.h"
 
 #include "Kestrova/capture/HUD.h"
+#include "Kestrova/shelf/ShelfDrags.h"
 #include "Kestrova/shelf/ShelfPanel.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "KestrovaCore/ClipboardItem.h"
@@ -71,7 +72,9 @@ ShelfPanelController::ShelfPanelController(const Surroundings& surroundings)
                                      .hud = surroundings.hud,
                                      .panel = surroundings.panel,
                                      .workspace = surroundings.workspace,
-                                     .sharing = surroundings.sharing},
+                                     .sharing = surroundings.sharing,
+                                     .screens = surroundings.screens,
+                                     .linkPreviews = surroundings.linkPreviews},
         std::move(callbacks));
     surroundings.panel.setContent(*m_view);
     surroundings.hud.shelfPanelBottomY = [self]() -> std::optional<double> {
@@ -152,6 +155,9 @@ void ShelfPanelController::hidePanel() {
 }
 
 void ShelfPanelController::pressedElsewhere() {
+    // By another button, while the first one holds something of the shelf.
+    if (m_view->drags().isUnderWay())
+        return;
     fadeOut();
     // The press is on its way to the window manager too. If it chose a window, that one has the keyboard by
     // then and keeps it: the person must not come to type into another one.

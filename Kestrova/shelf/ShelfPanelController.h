@@ -13,6 +13,7 @@ namespace kestrova {
 class ClipboardItem;
 class EventMonitor;
 class EventMonitors;
+class LinkPreviewCache;
 class ModelContainer;
 class ShelfPanel;
 class ShelfPanelView;
@@ -38,6 +39,7 @@ public:
         HUD& hud;
         ShelfPanel& panel;
         Sharing& sharing;
+        LinkPreviewCache& linkPreviews;
     };
 
     explicit ShelfPanelController(const Surroundings& surroundings);

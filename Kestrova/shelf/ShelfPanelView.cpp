@@ -1,12 +1,13 @@
 #include "Kestrova/shelf/ShelfPanelView.h"
 
 #include "Kestrova/capture/HUD.h"
+#include "Kestrova/shelf/ShelfDrags.h"
 #include "Kestrova/shelf/ShelfKeyboard.h"
 #include "Kestrova/shelf/ShelfPanel.h"
+#include "Kestrova/shelf/SidebarRows.h"
 #include "KestrovaCore/ClipboardItem.h"
+#include "KestrovaCore/CollectionMembership.h"
 #include "KestrovaCore/KovaCollection.h"
-
-#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -17,25 +18,9 @@ namespace kestrova {
 namespace {
 
 constexpr std::size_t deletionsKept = 20;
-constexpr auto fixedRows = static_cast<std::ptrdiff_t>(fixedLensCount);
 
 QString themeKey() {
     return QStringLiteral("themePreference");
-}
-
-std::shared_ptr<ClipboardItem> itemOf(const QUrl& url) {
-    const bool isFile = url.isLocalFile();
-    const auto absolute = url.toString(QUrl::FullyEncoded);
-    auto item =
-        std::make_shared<ClipboardItem>(isFile ? url.path(QUrl::FullyEncoded) : absolute,
-                                        isFile ? ClipboardItemType::file : ClipboardItemType::url,
-                                        std::nullopt, currentTimestamp(), false, ItemSource::clipboard);
-    if (isFile) {
-        item->setFileURLString(absolute);
-        if (const QFileInfo file(url.toLocalFile()); file.exists())
-            item->setFileSize(file.size());
-    }
-    return item;
 }
 
 /// Two views of one history, between which a chip is kept.
@@ -86,6 +71,11 @@ ShelfPanelView::ShelfPanelView(const Surroundings& surroundings, Callbacks callb
                               .filter = _collectionFilter,
                               .changeAndSave = [this](const auto& change) { changeAndSave(change); }}),
       m_lists(m_items, m_context),
+      m_drags(std::make_unique<ShelfDrags>(*this,
+                                           ShelfDrags::Surroundings{.mainQueue = surroundings.mainQueue,
+                                                                    .screens = surroundings.screens,
+                                                                    .panel = surroundings.panel,
+                                                                    .collections = m_collectionOperations})),
       m_keyboard(std::make_unique<ShelfKeyboard>(*this)) {
     declareReactions();
     m_reactions.onSettled = [this] {
@@ -200,11 +190,7 @@ void ShelfPanelView::viewDisappears() {
     perform([this] {
         removeMonitors();
         _optionHeld = _commandHeld = _controlHeld = false;
-        _hoverPollTimer.cancel();
-        _dragReorderPollTimer.cancel();
-        _hoveredDropTarget.reset();
-        _draggingCollectionID.reset();
-        _dragReorderHoverX.reset();
+        m_drags->forget();
     });
 }
 
@@ -276,19 +262,7 @@ std::shared_ptr<ClipboardItem> ShelfPanelView::currentItem() const {
 }
 
 std::size_t ShelfPanelView::sidebarIndex() const {
-    switch (_collectionFilter.kind()) {
-    case CollectionFilter::Kind::all:
-        return 0;
-    case CollectionFilter::Kind::pinned:
-        return 1;
-    case CollectionFilter::Kind::screenshots:
-        return 2;
-    case CollectionFilter::Kind::collection:
-        const auto& all = allCollections();
-        const auto found = std::ranges::find(all, _collectionFilter.collectionID(), &KovaCollection::id);
-        return found == all.end() ? 0 : static_cast<std::size_t>(found - all.begin() + fixedRows);
-    }
-    Q_UNREACHABLE();
+    return sidebarRowOf(_collectionFilter, allCollections());
 }
 
 std::size_t ShelfPanelView::chipPosition() const {
@@ -310,7 +284,7 @@ double ShelfPanelView::panelWidth() const {
 std::optional<TabDropTarget> ShelfPanelView::dropTargetAt(QPointF point) const {
     // Half-open, so that the edge between two rows belongs to one of them.
     const auto hit = std::ranges::find_if(_tabFrames, [&](const auto& entry) {
-        const QRectF& frame = entry.second;
+        const auto frame = entry.second.intersected(_visibleTabs);
         return point.x() >= frame.left() && point.x() < frame.right() && point.y() >= frame.top() &&
                point.y() < frame.bottom();
     });
@@ -320,17 +294,7 @@ std::optional<TabDropTarget> ShelfPanelView::dropTargetAt(QPointF point) const {
 // Operations on the state
 
 void ShelfPanelView::selectSidebarRow(std::ptrdiff_t row) {
-    const auto& all = allCollections();
-    const auto existing = std::min(row, std::ssize(all) + fixedRows - 1);
-    if (existing <= 0)
-        _collectionFilter = CollectionFilter::all();
-    else if (existing == 1)
-        _collectionFilter = CollectionFilter::pinned();
-    else if (existing == 2)
-        _collectionFilter = CollectionFilter::screenshots();
-    else
-        _collectionFilter =
-            CollectionFilter::collection(all[static_cast<std::size_t>(existing - fixedRows)]->id());
+    _collectionFilter = filterOfSidebarRow(row, allCollections());
 }
 
 void ShelfPanelView::selectTypeChip(std::ptrdiff_t position) {
@@ -391,14 +355,6 @@ void ShelfPanelView::popRoute() {
 
 // Operations on an item
 
-void ShelfPanelView::copy(const std::shared_ptr<ClipboardItem>& item) {
-    m_operations.copy(item);
-}
-
-void ShelfPanelView::writeToPasteboard(const ClipboardItem& item) {
-    m_operations.writeToPasteboard(item);
-}
-
 void ShelfPanelView::togglePin(ClipboardItem& item) {
     if (item.isDeleted())
         return;
@@ -429,29 +385,25 @@ void ShelfPanelView::preview(const std::shared_ptr<ClipboardItem>& item) {
 }
 
 void ShelfPanelView::saveEdit(ClipboardItem& item, const QString& content) {
-    changeAndSave([&] {
-        if (!item.isDeleted())
-            item.setContent(content);
-        else if (content != item.content())
-            // Nothing that was typed is lost.
-            m_context.insert(std::make_shared<ClipboardItem>(
-                content, item.type(), std::nullopt, currentTimestamp(), false, ItemSource::clipboard));
-        return m_context.save();
-    });
+    changeAndSave([&] { return m_operations.saveEdit(item, content); });
     popRoute();
 }
 
 void ShelfPanelView::addToCollection(ClipboardItem& item, const std::shared_ptr<KovaCollection>& collection) {
+    if (item.isDeleted() || collection->isDeleted())
+        return;
     changeAndSave([&] { return m_operations.addToCollection(item, collection); });
 }
 
 void ShelfPanelView::removeFromCollection(ClipboardItem& item, const KovaCollection& collection) {
+    if (item.isDeleted() || collection.isDeleted())
+        return;
     changeAndSave([&] { return m_operations.removeFromCollection(item, collection); });
 }
 
 void ShelfPanelView::toggleCollection(ClipboardItem& item,
                                       const std::shared_ptr<KovaCollection>& collection) {
-    if (ItemOperations::isInCollection(item, *collection))
+    if (isInCollection(item, *collection))
         removeFromCollection(item, *collection);
     else
         addToCollection(item, collection);
@@ -470,41 +422,28 @@ void ShelfPanelView::deleteItem(ClipboardItem& item) {
     changeAndSave([&] { return m_operations.deleteItem(item); });
 }
 
-void ShelfPanelView::openFile(const ClipboardItem& item) {
-    m_handover.openFile(item);
-}
-
-void ShelfPanelView::revealFile(const ClipboardItem& item) {
-    m_handover.revealFile(item);
-}
-
-void ShelfPanelView::share(const std::shared_ptr<ClipboardItem>& item) {
-    m_handover.share(item);
-}
-
 void ShelfPanelView::undoLastDelete() {
     if (_deletedStack.empty())
         return;
     const auto item = _deletedStack.back().restored(allCollections());
     _deletedStack.pop_back();
-    changeAndSave([&] {
-        m_context.insert(item);
-        return m_context.save();
-    });
+    changeAndSave([&] { return m_operations.insert({item}); });
     select(item->id());
 }
 
 void ShelfPanelView::dropURLs(const QList<QUrl>& urls) {
-    std::shared_ptr<ClipboardItem> last;
-    changeAndSave([&] {
-        for (const auto& url : urls) {
-            last = itemOf(url);
-            m_context.insert(last);
-        }
-        return m_context.save();
-    });
-    if (last)
-        m_surroundings.hud.show(last, HUDEvent::copied);
+    std::vector<std::shared_ptr<ClipboardItem>> dropped;
+    for (const auto& url : urls)
+        dropped.push_back(ItemOperations::itemOf(url));
+    changeAndSave([&] { return m_operations.insert(dropped); });
+    if (!dropped.empty())
+        m_surroundings.hud.show(dropped.back(), HUDEvent::copied);
+}
+
+void ShelfPanelView::dragEnded() {
+    m_drags->end();
+    // Keys that were let go meanwhile went to the drag.
+    m_keyboard->modifiersReleased(0);
 }
 
 // Operations on a collection

@@ -35,8 +35,11 @@ namespace kestrova {
 class ClipboardItem;
 class HUD;
 class KovaCollection;
+class LinkPreviewCache;
 class ModelContainer;
 class Pasteboard;
+class Screens;
+class ShelfDrags;
 class ShelfKeyboard;
 class ShelfPanel;
 class Sharing;
@@ -61,6 +64,8 @@ public:
         ShelfPanel& panel;
         Workspace& workspace;
         Sharing& sharing;
+        const Screens& screens;
+        LinkPreviewCache& linkPreviews;
     };
     using ItemAction = std::function<void(const std::shared_ptr<ClipboardItem>&)>;
     using Items = std::vector<std::shared_ptr<ClipboardItem>>;
@@ -87,6 +92,8 @@ public:
     void perform(Handler&& handler) {
         m_reactions.perform(std::forward<Handler>(handler));
     }
+    /// For what shows the state: nothing of it is changed through these.
+    const Surroundings& surroundings() const { return m_surroundings; }
     /// The moment to paint.
     std::function<void()> onRender;
 
@@ -95,6 +102,10 @@ public:
     void viewDisappears();
     /// "ShelfPanelDidShow": the panel has come up.
     void shelfPanelDidShow();
+
+    /// Whether a key goes to the panel, and to no sheet of its.
+    bool isOfThePanel(const LocalEvent& event) const;
+    EventMonitors& eventMonitors() const { return m_surroundings.eventMonitors; }
 
     // Derived values; each read gives what a computation from scratch would. The lists stay where they are
     // until the state or the history changes.
@@ -132,9 +143,13 @@ public:
     void popRoute();
 
     // Operations on an item. To be called inside `perform`.
-    void copy(const std::shared_ptr<ClipboardItem>& item);
+    void copy(const std::shared_ptr<ClipboardItem>& item) { m_operations.copy(item); }
+    /// The same of a text that was made of the item.
+    void copyText(const std::shared_ptr<ClipboardItem>& item, const QString& text) {
+        m_operations.copyText(item, text);
+    }
     /// As `copy`, without the toast.
-    void writeToPasteboard(const ClipboardItem& item);
+    void writeToPasteboard(const ClipboardItem& item) { m_operations.writeToPasteboard(item); }
     /// Nothing happens to an item that has been deleted meanwhile; so too in `deleteItem`.
     void togglePin(ClipboardItem& item);
     static bool isEditable(const ClipboardItem& item);
@@ -142,19 +157,26 @@ public:
     void preview(const std::shared_ptr<ClipboardItem>& item);
     /// Of an item that has been deleted meanwhile, what was typed becomes a new one.
     void saveEdit(ClipboardItem& item, const QString& content);
+    /// Nothing happens if the item or the collection has been deleted meanwhile; so too in the two below.
     void addToCollection(ClipboardItem& item, const std::shared_ptr<KovaCollection>& collection);
     void removeFromCollection(ClipboardItem& item, const KovaCollection& collection);
     void toggleCollection(ClipboardItem& item, const std::shared_ptr<KovaCollection>& collection);
     void itemTapped();
     void deleteItem(ClipboardItem& item);
     /// With its default application. Nothing happens to an item without a file; so too in `revealFile`.
-    void openFile(const ClipboardItem& item);
-    void revealFile(const ClipboardItem& item);
+    void openFile(const ClipboardItem& item) { m_handover.openFile(item); }
+    void revealFile(const ClipboardItem& item) { m_handover.revealFile(item); }
+    void open(const QUrl& url) { m_handover.open(url); }
+    void reveal(const QUrl& file) { m_handover.reveal(file); }
     /// On the next turn asks for an application, and hands the item over to the one that is chosen.
-    void share(const std::shared_ptr<ClipboardItem>& item);
+    void share(const std::shared_ptr<ClipboardItem>& item) { m_handover.share(item); }
     void undoLastDelete();
     /// Makes one item of each URL that was dropped on the lists.
     void dropURLs(const QList<QUrl>& urls);
+
+    /// Drags that start in the shelf or come over it.
+    ShelfDrags& drags() const { return *m_drags; }
+    void dragEnded();
 
     // Operations on a collection. To be called inside `perform`.
     void presentCollectionSheet(const CollectionEditSheet::Mode& mode);
@@ -181,6 +203,8 @@ public:
     bool _controlHeld = false;
     std::unique_ptr<EventMonitor> _modifierMonitor;
     std::unordered_map<TabDropTarget, QRectF> _tabFrames;
+    /// What can be seen of them: nothing is dropped on the rest.
+    QRectF _visibleTabs;
     std::optional<TabDropTarget> _hoveredDropTarget;
     ScheduledBlock _hoverPollTimer;
     std::optional<CollectionID> _draggingCollectionID;
@@ -208,7 +232,6 @@ private:
     void reportPanelWidth();
     void installMonitors();
     void removeMonitors();
-    bool isOfThePanel(const LocalEvent& event) const;
     bool goesToThePanel(const LocalEvent& event) const;
     void select(std::optional<ItemID> id);
     /// Runs a change that ends with a save, and drops the failure of the save: the change stands in memory
@@ -227,6 +250,7 @@ private:
     std::uint64_t m_itemsRevision = 0;
     std::uint64_t m_collectionsRevision = 0;
     Reactions m_reactions;
+    std::unique_ptr<ShelfDrags> m_drags;
     std::unique_ptr<ShelfKeyboard> m_keyboard;
     std::vector<DefaultsObservation> m_observations;
 };

@@ -1,5 +1,7 @@
 #include "Kestrova/shelf/controls/ComposedLineEdit.h"
 
+#include "Kestrova/shelf/controls/TextDrop.h"
+
 #include <QFocusEvent>
 #include <QInputMethodEvent>
 
@@ -53,6 +55,18 @@ void ComposedLineEdit::tellOfText() {
         return;
     if (onTextChange)
         onTextChange(m_toldText);
+}
+
+void ComposedLineEdit::dragEnterEvent(QDragEnterEvent* event) {
+    takeAsCopy(*event, *this, [this](QDragEnterEvent& taken) { QLineEdit::dragEnterEvent(&taken); });
+}
+
+void ComposedLineEdit::dragMoveEvent(QDragMoveEvent* event) {
+    takeAsCopy(*event, *this, [this](QDragMoveEvent& taken) { QLineEdit::dragMoveEvent(&taken); });
+}
+
+void ComposedLineEdit::dropEvent(QDropEvent* event) {
+    takeAsCopy(*event, *this, [this](QDropEvent& taken) { QLineEdit::dropEvent(&taken); });
 }
 
 void ComposedLineEdit::focusInEvent(QFocusEvent* event) {

@@ -5,12 +5,15 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include <cmath>
+
 namespace kestrova {
 namespace {
 
 constexpr int horizontalPadding = 16;
 constexpr int verticalPadding = 7;
 constexpr int leastWidth = 76;
+constexpr int capsuleGap = 8;
 constexpr double radius = 7;
 constexpr double focusWidth = 2;
 constexpr double focusGap = SheetButton::overhang - focusWidth;
@@ -34,9 +37,20 @@ void SheetButton::setTheme(const ShelfTheme& theme) {
     update();
 }
 
+void SheetButton::setCapsule(const KeyCapsule& capsule) {
+    m_capsule = capsule;
+    updateGeometry();
+    update();
+}
+
+int SheetButton::capsuleRoom() const {
+    return m_capsule ? capsuleGap + static_cast<int>(std::ceil(m_capsule->size().width())) : 0;
+}
+
 QSize SheetButton::sizeHint() const {
     const QFontMetrics metrics(font());
-    const int plateWidth = qMax(leastWidth, metrics.horizontalAdvance(text()) + 2 * horizontalPadding);
+    const int contentWidth = metrics.horizontalAdvance(text()) + capsuleRoom();
+    const int plateWidth = qMax(leastWidth, contentWidth + 2 * horizontalPadding);
     return {plateWidth + 2 * overhang, metrics.height() + 2 * verticalPadding + 2 * overhang};
 }
 
@@ -60,7 +74,12 @@ void SheetButton::paintEvent(QPaintEvent*) {
     }
     painter.setFont(font());
     painter.setPen(isDefault() ? QColor(Qt::white) : m_theme.text);
-    painter.drawText(plate, Qt::AlignCenter, text());
+    painter.drawText(plate.adjusted(0, 0, -capsuleRoom(), 0), Qt::AlignCenter, text());
+    if (!m_capsule)
+        return;
+    const double contentWidth = QFontMetrics(font()).horizontalAdvance(text()) + capsuleRoom();
+    const double right = plate.center().x() + contentWidth / 2;
+    m_capsule->paint(painter, {right - m_capsule->size().width() / 2, plate.center().y()}, m_theme);
 }
 
 } // namespace kestrova

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Kestrova/shelf/controls/KeyCapsule.h"
 #include "Kestrova/shelf/controls/ShelfTheme.h"
 
 #include <QPushButton>
 
 #include <functional>
+#include <optional>
 
 namespace kestrova {
 
@@ -22,6 +24,8 @@ public:
     static constexpr int overhang = 4;
 
     void setTheme(const ShelfTheme& theme);
+    /// The keys that do the same, behind the title.
+    void setCapsule(const KeyCapsule& capsule);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -29,7 +33,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    int capsuleRoom() const;
+
     ShelfTheme m_theme;
+    std::optional<KeyCapsule> m_capsule;
 };
 
 } // namespace kestrova

@@ -80,7 +80,8 @@ CollectionSheetCard::CollectionSheetCard(QWidget* parent)
     column->addLayout(alignedLine(m_name));
     column->addSpacing(sectionSpacing);
     column->addLayout(alignedLine(m_colorLabel));
-    column->addSpacing(labelSpacing - ColorSwatch::overhang);
+    // The label keeps a distance from the ring around a swatch too.
+    column->addSpacing(labelSpacing / 2);
     column->addWidget(m_swatches);
     column->addSpacing(sectionSpacing);
     column->addLayout(foot);

@@ -1,20 +1,21 @@
 #include "Kestrova/shelf/widgets/DetailOverlay.h"
 
-#include "Kestrova/detail/widgets/ItemEditor.h"
+#include "Kestrova/detail/widgets/ItemActionsCardWidget.h"
+#include "Kestrova/detail/widgets/ItemEditScreen.h"
+#include "Kestrova/detail/widgets/ItemPreviewScreen.h"
 #include "Kestrova/look/Easing.h"
 #include "Kestrova/look/Opacity.h"
 #include "Kestrova/shelf/ItemRow.h"
+#include "Kestrova/shelf/ShelfActionsCard.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/controls/PanelAccessibility.h"
 #include "Kestrova/shelf/controls/TabStops.h"
-#include "Kestrova/shelf/widgets/ActionsCard.h"
-#include "Kestrova/shelf/widgets/DetailSheet.h"
-#include "Kestrova/shelf/widgets/ItemContentView.h"
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -25,7 +26,8 @@ using namespace std::chrono_literals;
 
 constexpr auto routeDuration = 240ms;
 constexpr auto routeTiming = AnimationTiming::easeInEaseOut;
-constexpr int sheetMargin = 24;
+// As wide as the padding of what lies below, of which nothing then looks out half.
+constexpr int sheetMargin = 16;
 constexpr int actionsMargin = 12;
 
 QString spokenName(DetailRoute::Kind kind) {
@@ -42,12 +44,10 @@ QString spokenName(DetailRoute::Kind kind) {
 
 } // namespace
 
-DetailOverlay::DetailOverlay(ShelfPanelView& view, MainQueue& mainQueue, PictureDecoder& decoder,
-                             QWidget* parent)
+DetailOverlay::DetailOverlay(ShelfPanelView& view, const DetailSurroundings& surroundings, QWidget* parent)
     : QWidget(parent),
       m_view(view),
-      m_mainQueue(mainQueue),
-      m_decoder(decoder),
+      m_surroundings(surroundings),
       m_entrance(routeDuration, easing(routeTiming), [this] { step(); }),
       m_exit(routeDuration, easing(routeTiming), [this] { step(); }),
       m_dim(routeDuration, easing(routeTiming), [this] { step(); }) {
@@ -60,6 +60,8 @@ void DetailOverlay::render(const ShelfTheme& theme) {
     if (isNewTheme)
         update();
     if (m_route == m_view._route) {
+        if (m_route && m_screen.followState)
+            m_screen.followState();
         if (isNewTheme && m_route)
             m_screen.setTheme(theme);
         return;
@@ -112,6 +114,7 @@ void DetailOverlay::close() {
         m_exit.glideTo(true);
     }
     m_route.reset();
+    m_card = nullptr;
     // Later: what the person did in it may have led here.
     m_screen.widget->hide();
     m_screen.widget->deleteLater();
@@ -119,50 +122,52 @@ void DetailOverlay::close() {
 }
 
 DetailOverlay::Screen DetailOverlay::makePreview(const DetailRoute& route) {
-    auto* const sheet = new DetailSheet(QStringLiteral("미리보기"), QStringLiteral("Esc 닫기"), this);
-    auto* const content = new ItemContentView(m_mainQueue, m_decoder, sheet);
-    sheet->setScreen(*content, {});
-    return {.widget = sheet,
-            .focus = this,
-            .setTheme =
-                [sheet, content, item = route.item](const ShelfTheme& theme) {
-                    sheet->setTheme(theme);
-                    content->render(item, theme);
-                },
-            .edge = Edge::trailing};
+    return screenOf(*new ItemPreviewScreen(
+        route.item, m_surroundings, [this] { leave(); }, this));
 }
 
 DetailOverlay::Screen DetailOverlay::makeEditor(const DetailRoute& route) {
-    auto* const sheet = new DetailSheet(QStringLiteral("편집"), QStringLiteral("⌘S 저장   Esc 취소"), this);
-    auto* const editor = new ItemEditor(route.item->content(), sheet);
-    editor->onSave = [this, editor, item = route.item] {
-        m_view.perform([&] { m_view.saveEdit(*item, editor->content()); });
-    };
-    sheet->setScreen(*editor, {.left = 16, .top = 8, .right = 6, .bottom = 16});
-    return {.widget = sheet,
-            .focus = editor,
-            .setTheme =
-                [sheet, editor](const ShelfTheme& theme) {
-                    sheet->setTheme(theme);
-                    editor->setTheme(theme);
-                },
+    auto* const screen = new ItemEditScreen(
+        route.item, m_surroundings.mainQueue,
+        {.onSave = [this, item = route.item](
+                       const QString& text) { m_view.perform([&] { m_view.saveEdit(*item, text); }); },
+         .onCancel = [this] { leave(); }},
+        this);
+    return screenOf(*screen);
+}
+
+DetailOverlay::Screen DetailOverlay::screenOf(DetailScreen& screen) {
+    return {.widget = &screen,
+            .focus = &screen.firstFocus(),
+            .setTheme = [&screen](const ShelfTheme& theme) { screen.setTheme(theme); },
             .edge = Edge::trailing};
 }
 
+void DetailOverlay::leave() {
+    m_view.perform([this] { m_view.popRoute(); });
+}
+
 DetailOverlay::Screen DetailOverlay::makeActions(const DetailRoute& route) {
-    auto* const card = new ActionsCard(m_view, route.item, this);
-    return {.widget = card,
-            .focus = card,
-            .setTheme = [card](const ShelfTheme& theme) { card->setTheme(theme); },
+    m_card =
+        new ItemActionsCardWidget(makeItemActionsCard(m_view, route.item), primaryText(*route.item), this);
+    m_card->onHeightChange = [this] { step(); };
+    return {.widget = m_card,
+            .focus = m_card,
+            .setTheme = [card = m_card](const ShelfTheme& theme) { card->setTheme(theme); },
+            .followState =
+                [this, card = m_card] {
+                    followCollections(card->card(), m_view);
+                    card->render();
+                },
             .edge = Edge::bottom};
 }
 
 QRect DetailOverlay::placeOfScreen() const {
     if (m_screen.edge == Edge::trailing)
         return rect().adjusted(sheetMargin, sheetMargin, -sheetMargin, -sheetMargin);
-    const int cardHeight = static_cast<ActionsCard*>(m_screen.widget)->heightForContent();
-    return {(width() - ActionsCard::width) / 2, height() - cardHeight - actionsMargin, ActionsCard::width,
-            cardHeight};
+    const int cardHeight = std::min(m_card->heightForContent(), height() - 2 * actionsMargin);
+    return {(width() - ItemActionsCardWidget::width) / 2, height() - cardHeight - actionsMargin,
+            ItemActionsCardWidget::width, cardHeight};
 }
 
 QPoint DetailOverlay::onItsWay(const QRect& place, Edge edge, double shown) const {
@@ -184,8 +189,8 @@ void DetailOverlay::step() {
 }
 
 bool DetailOverlay::focusNextPrevChild(bool next) {
-    // What lies below cannot be reached.
-    return focusNextIn(*this, next);
+    // What lies below cannot be reached, even if there is nothing to walk on the screen.
+    return focusNextIn(*this, next) || m_route;
 }
 
 void DetailOverlay::resizeEvent(QResizeEvent*) {
@@ -195,6 +200,9 @@ void DetailOverlay::resizeEvent(QResizeEvent*) {
 void DetailOverlay::mousePressEvent(QMouseEvent* event) {
     // Nothing below it is to be hit.
     event->accept();
+    // The card has no button that closes it, and a menu goes where the person presses beside it.
+    if (m_card && event->button() == Qt::LeftButton)
+        leave();
 }
 
 void DetailOverlay::hideEvent(QHideEvent*) {

@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/widgets/ItemCardDelegate.h"
 
+#include "Kestrova/detail/ItemParts.h"
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/shelf/ItemGridCard.h"

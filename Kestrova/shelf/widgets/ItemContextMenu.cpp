@@ -31,10 +31,14 @@ void ItemContextMenu::open(const std::shared_ptr<ClipboardItem>& item, QPoint gl
     m_place = globalPosition;
     auto& menu = makeMenu(look);
     fill(menu, itemMenu(*item, m_view), item);
-    if (openedBy == OpenedBy::keyboard)
-        menu.popUpForKeyboard(globalPosition);
+    popUp(menu, {globalPosition, openedBy});
+}
+
+void ItemContextMenu::popUp(PanelMenu& menu, const Opening& opening) {
+    if (opening.openedBy == OpenedBy::keyboard)
+        menu.popUpForKeyboard(opening.globalPosition);
     else
-        menu.popUp(globalPosition);
+        menu.popUp(opening.globalPosition);
 }
 
 void ItemContextMenu::fill(PanelMenu& menu, const std::vector<ItemMenuEntry>& entries,
@@ -65,7 +69,8 @@ void ItemContextMenu::fill(PanelMenu& menu, const std::vector<ItemMenuEntry>& en
 }
 
 void ItemContextMenu::pickShareTarget(const std::vector<ShareTarget>& targets,
-                                      std::function<void(const ShareTarget&)> done, const Look& look) {
+                                      std::function<void(const ShareTarget&)> done,
+                                      const std::optional<Opening>& opening, const Look& look) {
     // The shelf may have gone in the turn between.
     if (!m_window.isVisible())
         return;
@@ -76,7 +81,8 @@ void ItemContextMenu::pickShareTarget(const std::vector<ShareTarget>& targets,
                   }});
     if (targets.empty())
         menu.add({.title = QStringLiteral("공유할 수 있는 앱이 없어요"), .isEnabled = false});
-    menu.popUp(m_place.value_or(m_window.mapToGlobal(m_window.rect().center())));
+    const auto middle = m_window.mapToGlobal(m_window.rect().center());
+    popUp(menu, opening.value_or(Opening{m_place.value_or(middle), OpenedBy::pointer}));
 }
 
 void ItemContextMenu::render() {

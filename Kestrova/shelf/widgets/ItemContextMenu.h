@@ -26,6 +26,10 @@ struct ItemMenuEntry;
 class ItemContextMenu {
 public:
     enum class OpenedBy { pointer, keyboard };
+    struct Opening {
+        QPoint globalPosition;
+        OpenedBy openedBy;
+    };
     struct Look {
         const ShelfTheme& theme;
         Ground ground;
@@ -36,14 +40,16 @@ public:
 
     void open(const std::shared_ptr<ClipboardItem>& item, QPoint globalPosition, OpenedBy openedBy,
               const Look& look);
-    /// At the place of the menu that asked for it, or in the middle of the window.
+    /// If `opening` is absent, at the place of the menu that asked for it, or in the middle of the window.
     void pickShareTarget(const std::vector<ShareTarget>& targets,
-                         std::function<void(const ShareTarget&)> done, const Look& look);
+                         std::function<void(const ShareTarget&)> done, const std::optional<Opening>& opening,
+                         const Look& look);
     /// Shows what the state says now.
     void render();
 
 private:
     PanelMenu& makeMenu(const Look& look);
+    static void popUp(PanelMenu& menu, const Opening& opening);
     void fill(PanelMenu& menu, const std::vector<ItemMenuEntry>& entries,
               const std::shared_ptr<ClipboardItem>& item);
 

@@ -5,6 +5,7 @@
 #include "Kestrova/shelf/controls/ThinScrollBar.h"
 #include "KestrovaCore/ClipboardItem.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QCursor>
 #include <QMouseEvent>
@@ -21,6 +22,7 @@ using namespace std::chrono_literals;
 
 constexpr auto pinDuration = 120ms;
 constexpr qsizetype bytesPerPixel = 4;
+constexpr int widestDragPicture = 260;
 // A little scrolling back and forth decodes nothing anew, and still the pictures of a long history do not
 // pile up.
 constexpr qsizetype screensKept = 3;
@@ -344,6 +346,7 @@ void ItemView::mousePressEvent(QMouseEvent* event) {
         return;
     const auto pressed = item(indexAt(event->position().toPoint()));
     m_pressed = pressed ? std::optional(pressed->id()) : std::nullopt;
+    m_pressedAt = event->position().toPoint();
 }
 
 void ItemView::mouseReleaseEvent(QMouseEvent* event) {
@@ -379,7 +382,43 @@ void ItemView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void ItemView::mouseMoveEvent(QMouseEvent* event) {
-    pointerIsOn(indexAt(event->position().toPoint()));
+    const auto place = event->position().toPoint();
+    if (m_pressed && event->buttons() == Qt::LeftButton && isDragMeant(m_pressedAt, place))
+        dragPressed();
+    else
+        pointerIsOn(indexAt(place));
+}
+
+void ItemView::dragPressed() {
+    const auto place = m_view.indexInFilteredItems(std::exchange(m_pressed, std::nullopt));
+    m_clicked.reset();
+    if (!place || !onDrag)
+        return;
+    const auto dragged = m_view.filteredItems()[*place];
+    const auto picture = pictureOf(indexOf(*place), m_pressedAt);
+    pointerIsOn({});
+    onDrag(dragged, picture);
+}
+
+DragPicture ItemView::pictureOf(const QModelIndex& index, QPoint pressed) const {
+    const auto cell = visualRect(index);
+    // The whole width of a row would hide where it is dropped.
+    const QSize size(std::min(cell.width(), widestDragPicture), cell.height());
+    const auto inCell = pressed - cell.topLeft();
+    return dragPicture(*this, size, {std::min(inCell.x(), size.width()), inCell.y()},
+                       m_delegate->look().theme.ground, [&](QPainter& painter) {
+                           QStyleOptionViewItem option;
+                           option.rect = QRect({}, size);
+                           m_delegate->paint(&painter, option, index);
+                       });
+}
+
+void ItemView::dragEnded() {
+    if (!isVisible())
+        return;
+    const auto pointer = QCursor::pos();
+    const bool isHere = QApplication::widgetAt(pointer) == viewport();
+    pointerIsOn(isHere ? indexAt(viewport()->mapFromGlobal(pointer)) : QModelIndex());
 }
 
 bool ItemView::viewportEvent(QEvent* event) {

@@ -2,6 +2,7 @@
 
 #include "Kestrova/look/Transition.h"
 #include "Kestrova/shelf/ShelfTypes.h"
+#include "Kestrova/shelf/widgets/DragStart.h"
 #include "Kestrova/shelf/widgets/ItemDelegate.h"
 #include "Kestrova/shelf/widgets/ItemLayout.h"
 #include "Kestrova/shelf/widgets/ItemListModel.h"
@@ -47,6 +48,11 @@ public:
 
     /// The person asks for the menu of an item, at a place on the screen. It selects nothing.
     std::function<void(const std::shared_ptr<ClipboardItem>&, QPoint globalPosition)> onContextMenu;
+
+    /// The person begins to drag an item.
+    std::function<void(const std::shared_ptr<ClipboardItem>&, const DragPicture&)> onDrag;
+    /// Nothing tells the view where a drag has left the pointer.
+    void dragEnded();
 
     // Of the toolkit's views. `visualRect` knows rows that are far out of sight, too.
     QRect visualRect(const QModelIndex& index) const override;
@@ -125,6 +131,8 @@ private:
     QModelIndex indexOf(std::size_t place) const { return m_model->index(static_cast<int>(place), 0); }
 
     void copy(const QModelIndex& index);
+    void dragPressed();
+    DragPicture pictureOf(const QModelIndex& index, QPoint pressed) const;
     /// Tells the state what the pointer is on.
     void pointerIsOn(const QModelIndex& index);
     void pointerMayHaveAnotherItem();
@@ -146,6 +154,7 @@ private:
     bool m_isInUse = true;
     bool m_followsOnShow = false;
     std::optional<ItemID> m_pressed;
+    QPoint m_pressedAt;
     std::optional<ItemID> m_clicked;
     std::optional<ItemID> m_underPointer;
     std::optional<ItemID> m_scrollTarget;

@@ -1,10 +1,11 @@
 #include "Kestrova/shelf/widgets/PreviewPane.h"
 
+#include "Kestrova/detail/widgets/DetailView.h"
+#include "Kestrova/detail/widgets/EmptyDetailState.h"
 #include "Kestrova/look/Easing.h"
 #include "Kestrova/look/Opacity.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/widgets/HintBar.h"
-#include "Kestrova/shelf/widgets/ItemContentView.h"
 #include "KestrovaCore/ClipboardItem.h"
 
 #include <QPainter>
@@ -57,10 +58,12 @@ private:
     double m_shown = 0;
 };
 
-PreviewPane::PreviewPane(ShelfPanelView& view, MainQueue& mainQueue, PictureDecoder& decoder, QWidget* parent)
+PreviewPane::PreviewPane(ShelfPanelView& view, const DetailSurroundings& surroundings, QWidget* parent)
     : QWidget(parent),
       m_view(view),
-      m_content(new ItemContentView(mainQueue, decoder, this)),
+      m_detail(new DetailView(surroundings, this)),
+      m_emptyState(new EmptyDetailState(this)),
+      m_content(m_emptyState),
       m_hints(new HintBar(this)),
       m_former(new Former(this)),
       m_entrance(changeDuration, easing(AnimationTiming::easeOut), [this] { arrange(); }),
@@ -70,6 +73,7 @@ PreviewPane::PreviewPane(ShelfPanelView& view, MainQueue& mainQueue, PictureDeco
       }) {
     m_entrance.jumpTo(true);
     m_change.jumpTo(true);
+    m_detail->hide();
     m_hints->hide();
 }
 
@@ -78,7 +82,11 @@ void PreviewPane::render(const ShelfTheme& theme) {
     const auto id = item ? std::optional(item->id()) : std::nullopt;
     if (const auto former = std::exchange(m_shown, id); former != id)
         showChange(former, id);
-    m_content->render(item, theme);
+    m_detail->render(item, theme);
+    m_emptyState->render(theme);
+    m_content = item ? static_cast<QWidget*>(m_detail) : m_emptyState;
+    m_detail->setVisible(item != nullptr);
+    m_emptyState->setVisible(!item);
     if (item)
         m_hints->render(keyHints(*item, m_view._viewMode), theme);
     m_hints->setVisible(item != nullptr);
@@ -86,7 +94,7 @@ void PreviewPane::render(const ShelfTheme& theme) {
 }
 
 void PreviewPane::forgetDeleted() {
-    m_content->forgetDeleted();
+    m_detail->forgetDeleted();
 }
 
 void PreviewPane::showChange(std::optional<ItemID> from, std::optional<ItemID> to) {

@@ -11,17 +11,17 @@
 
 namespace kestrova {
 
+class DetailView;
+class EmptyDetailState;
 class HintBar;
-class ItemContentView;
-class MainQueue;
-class PictureDecoder;
 class ShelfPanelView;
+struct DetailSurroundings;
 
-/// What the current item holds, and which keys do what to it.
+/// The look at the current item, and which keys do what to it.
 class PreviewPane final : public QWidget {
 public:
     /// All of them outlive it.
-    PreviewPane(ShelfPanelView& view, MainQueue& mainQueue, PictureDecoder& decoder, QWidget* parent);
+    PreviewPane(ShelfPanelView& view, const DetailSurroundings& surroundings, QWidget* parent);
 
     void render(const ShelfTheme& theme);
     /// While nothing is rendered: drops an item that has been deleted.
@@ -41,7 +41,10 @@ private:
     void arrange();
 
     ShelfPanelView& m_view;
-    ItemContentView* m_content;
+    DetailView* m_detail;
+    EmptyDetailState* m_emptyState;
+    /// One of the two.
+    QWidget* m_content;
     HintBar* m_hints;
     Former* m_former;
     std::optional<ItemID> m_shown;

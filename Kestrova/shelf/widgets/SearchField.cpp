@@ -2,9 +2,12 @@
 
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
+#include "Kestrova/shelf/ItemDragPayload.h"
 #include "Kestrova/shelf/controls/SymbolButton.h"
 
+#include <QDragEnterEvent>
 #include <QFontMetrics>
+#include <QMimeData>
 #include <QPainter>
 
 #include <utility>
@@ -33,6 +36,14 @@ SearchLineEdit::SearchLineEdit(QWidget* parent) : ComposedLineEdit(parent) {
     setTextMargins(-2, 0, 0, 0);
     setPlaceholderText(QStringLiteral("검색…"));
     setAccessibleName(QStringLiteral("검색"));
+}
+
+void SearchLineEdit::dragEnterEvent(QDragEnterEvent* event) {
+    // Text from elsewhere is looked for. Our own items are on their way past the field.
+    if (event->mimeData()->hasFormat(ItemDragPayload::contentType()))
+        event->ignore();
+    else
+        ComposedLineEdit::dragEnterEvent(event);
 }
 
 SearchField::SearchField(QWidget* parent)

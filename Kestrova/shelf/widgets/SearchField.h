@@ -17,6 +17,9 @@ class SymbolButton;
 class SearchLineEdit final : public ComposedLineEdit {
 public:
     explicit SearchLineEdit(QWidget* parent);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
 };
 
 /// The search with its magnifier and a button that empties it.

@@ -1,13 +1,16 @@
 #include "Kestrova/shelf/widgets/ShelfContent.h"
 
+#include "Kestrova/detail/widgets/ItemActionsCardWidget.h"
 #include "Kestrova/look/Easing.h"
 #include "Kestrova/look/Opacity.h"
+#include "Kestrova/shelf/ShelfDrags.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/widgets/ChipRow.h"
 #include "Kestrova/shelf/widgets/CollectionContextMenu.h"
 #include "Kestrova/shelf/widgets/CollectionSheetView.h"
 #include "Kestrova/shelf/widgets/DetailOverlay.h"
 #include "Kestrova/shelf/widgets/FilterChip.h"
+#include "Kestrova/shelf/widgets/ItemDragData.h"
 #include "Kestrova/shelf/widgets/ItemGridView.h"
 #include "Kestrova/shelf/widgets/ItemListView.h"
 #include "Kestrova/shelf/widgets/PreviewPane.h"
@@ -18,6 +21,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QMimeData>
 #include <QPainter>
 
 #include <cmath>
@@ -50,6 +54,8 @@ ShelfContent::ShelfContent(ShelfPanelView& view, MainQueue& mainQueue, const App
       m_appearance(appearance),
       m_decoder(mainQueue),
       m_contextMenu(view, *this),
+      m_dragStart(view, mainQueue, *this),
+      m_dropDestination(view),
       m_sidebarShown(paneDuration, easing(AnimationTiming::easeInEaseOut), [this] { arrange(); }),
       m_previewShown(paneDuration, easing(AnimationTiming::easeInEaseOut), [this] { arrange(); }),
       m_topBar(new TopBar(view, this)),
@@ -57,10 +63,11 @@ ShelfContent::ShelfContent(ShelfPanelView& view, MainQueue& mainQueue, const App
       m_chipRow(new ChipRow(view, this)),
       m_list(new ItemListView(view, mainQueue, m_decoder, this)),
       m_grid(new ItemGridView(view, mainQueue, m_decoder, this)),
-      m_preview(new PreviewPane(view, mainQueue, m_decoder, this)),
-      m_overlay(new DetailOverlay(view, mainQueue, m_decoder, this)),
+      m_preview(new PreviewPane(view, detailSurroundings(), this)),
+      m_overlay(new DetailOverlay(view, detailSurroundings(), this)),
       m_collectionSheet(new CollectionSheetView(view, this)),
       m_focus({view, *this, *m_topBar, *m_sidebar, *m_chipRow, std::move(tellReaders)}) {
+    m_grid->setLinkPreviews(view.surroundings().linkPreviews);
     m_grid->onColumnCountChange = [this](std::size_t count) {
         m_view.perform([&] { m_view._gridColumnCount = count; });
     };
@@ -71,6 +78,42 @@ ShelfContent::ShelfContent(ShelfPanelView& view, MainQueue& mainQueue, const App
     m_sidebar->onContextMenu = [this](const auto& collection, QPoint place) {
         openCollectionMenu(m_view, collection, place, m_theme, m_ground, *this);
     };
+    connectDrags();
+}
+
+void ShelfContent::connectDrags() {
+    setAcceptDrops(true);
+    for (ItemView* const items : {static_cast<ItemView*>(m_list), static_cast<ItemView*>(m_grid)})
+        items->onDrag = [this](const auto& item, const DragPicture& picture) {
+            m_dragStart.start(picture, [this, dragged = std::weak_ptr(item)]() -> QMimeData* {
+                const auto there = dragged.lock();
+                return there ? new ItemDragData(m_view.drags().beginItem(*there)) : nullptr;
+            });
+        };
+    m_sidebar->onDrag = [this](const auto& collection, const DragPicture& picture) {
+        m_dragStart.start(picture, [this, collection]() -> QMimeData* {
+            auto* const carried = new QMimeData;
+            carried->setData(CollectionReorderPayload::contentType(),
+                             m_view.drags().beginCollection(*collection).encoded());
+            return carried;
+        });
+    };
+    m_dragStart.onEnd = [this] { items().dragEnded(); };
+    m_dropDestination.isOverLists = [this](QPoint place) { return items().geometry().contains(place); };
+    m_dropDestination.onHover = [this](const QPoint* place) { return m_sidebar->dragHovers(place); };
+}
+
+DetailSurroundings ShelfContent::detailSurroundings() {
+    const auto& surroundings = m_view.surroundings();
+    return {.mainQueue = surroundings.mainQueue,
+            .decoder = m_decoder,
+            .workspace = surroundings.workspace,
+            .linkPreviews = surroundings.linkPreviews,
+            .defaults = surroundings.defaults,
+            .formatters = m_formatters,
+            .onCopy = [this](const auto& item, const QString& text) {
+                m_view.perform([&] { m_view.copyText(item, text); });
+            }};
 }
 
 void ShelfContent::render() {
@@ -126,7 +169,11 @@ ItemView& ShelfContent::items() const {
 
 void ShelfContent::pickShareTarget(const std::vector<ShareTarget>& targets,
                                    std::function<void(const ShareTarget&)> done) {
-    m_contextMenu.pickShareTarget(targets, std::move(done), {m_theme, m_ground});
+    std::optional<ItemContextMenu::Opening> opening;
+    if (const auto* const card = m_overlay->actionsCard())
+        opening = {card->placeOfMenu(), card->isPointedAt() ? ItemContextMenu::OpenedBy::pointer
+                                                            : ItemContextMenu::OpenedBy::keyboard};
+    m_contextMenu.pickShareTarget(targets, std::move(done), opening, {m_theme, m_ground});
 }
 
 void ShelfContent::contextMenuEvent(QContextMenuEvent* event) {

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "Kestrova/detail/InfoFormatters.h"
+#include "Kestrova/detail/widgets/DetailSurroundings.h"
 #include "Kestrova/look/Transition.h"
 #include "Kestrova/shelf/controls/Ground.h"
 #include "Kestrova/shelf/controls/PictureDecoder.h"
 #include "Kestrova/shelf/controls/ShelfTheme.h"
+#include "Kestrova/shelf/widgets/DragStart.h"
+#include "Kestrova/shelf/widgets/DropDestination.h"
 #include "Kestrova/shelf/widgets/ItemContextMenu.h"
 #include "Kestrova/shelf/widgets/ShelfFocus.h"
 
@@ -48,9 +52,15 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override { m_dropDestination.enter(*event); }
+    void dragMoveEvent(QDragMoveEvent* event) override { m_dropDestination.move(*event); }
+    void dragLeaveEvent(QDragLeaveEvent*) override { m_dropDestination.leave(); }
+    void dropEvent(QDropEvent* event) override { m_dropDestination.drop(*event); }
 
 private:
     void arrange();
+    DetailSurroundings detailSurroundings();
+    void connectDrags();
     ItemView& items() const;
     /// On the screen, at what shows the item, or as near to that as can be seen.
     QPoint placeOfMenu(const ClipboardItem& item) const;
@@ -58,9 +68,12 @@ private:
     ShelfPanelView& m_view;
     const Appearance& m_appearance;
     PictureDecoder m_decoder;
+    InfoFormatters m_formatters;
     ShelfTheme m_theme;
     Ground m_ground = Ground::translucent;
     ItemContextMenu m_contextMenu;
+    DragStart m_dragStart;
+    DropDestination m_dropDestination;
     Transition m_sidebarShown;
     Transition m_previewShown;
     TopBar* m_topBar;

@@ -29,6 +29,8 @@ public:
         Appearance& appearance;
         /// A rectangle of the screen in the toolkit's coordinates.
         std::function<QRect(const ScreenRect&)> toolkitRect;
+        /// The other way round.
+        std::function<ScreenRect(const QRect&)> screenRect;
         /// Told when nothing will be drawn for a while. May be empty.
         std::function<void()> onRest = {};
         /// Where news for programs that read to people go.
@@ -43,6 +45,7 @@ public:
 
     bool isVisible() const override { return QWidget::isVisible(); }
     std::uint64_t windowNumber() const override;
+    ScreenRect frame() const override { return m_surroundings.screenRect(geometry()); }
     void setFrame(const ScreenRect& frame) override;
     void animateFrame(const ScreenRect& frame, Duration duration, AnimationTiming timing) override;
     void setAlpha(double alpha) override;

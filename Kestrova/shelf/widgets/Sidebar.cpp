@@ -2,9 +2,11 @@
 
 #include "Kestrova/detail/ColorFormats.h"
 #include "Kestrova/detail/QtColor.h"
+#include "Kestrova/look/Easing.h"
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/look/Symbol.h"
 #include "Kestrova/look/TabularDigits.h"
+#include "Kestrova/shelf/ShelfDrags.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "Kestrova/shelf/controls/LabelButton.h"
 #include "Kestrova/shelf/controls/PanelAccessibility.h"
@@ -14,12 +16,20 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QScrollArea>
+#include <QTimerEvent>
 
+#include <cmath>
 #include <utility>
 
 namespace kestrova {
 namespace {
 
+using namespace std::chrono_literals;
+
+constexpr auto reorderDuration = 180ms;
+constexpr int dragScrollZone = 28;
+constexpr int dragScrollInterval = 16;
+constexpr int dragScrollStep = 5;
 constexpr int headerSidePadding = 12;
 constexpr int headerTopPadding = 12;
 constexpr int headerBottomPadding = 8;
@@ -74,8 +84,8 @@ Sidebar::Sidebar(ShelfPanelView& view, QWidget* parent)
       m_scrollArea(new QScrollArea(this)),
       m_column(new RowColumn(nullptr)),
       m_scrollBar(new ThinScrollBar),
-      m_newCollection(
-          new LabelButton(QStringLiteral("plus.circle.fill"), QStringLiteral("새 컬렉션"), this)) {
+      m_newCollection(new LabelButton(QStringLiteral("plus.circle.fill"), QStringLiteral("새 컬렉션"), this)),
+      m_glide(reorderDuration, easing(AnimationTiming::easeOut), [this] { placeRows(); }) {
     setAccessibleRole(*m_column, QAccessible::List);
     m_column->setAccessibleName(QStringLiteral("컬렉션"));
     m_scrollArea->setFrameShape(QFrame::NoFrame);
@@ -86,6 +96,7 @@ Sidebar::Sidebar(ShelfPanelView& view, QWidget* parent)
     m_scrollArea->setWidget(m_column);
     m_scrollArea->viewport()->setAutoFillBackground(false);
     m_column->setAutoFillBackground(false);
+    connect(m_scrollBar, &QScrollBar::valueChanged, [this] { publishFrames(); });
     m_newCollection->onTap = [this] {
         m_view.perform([this] { m_view.presentCollectionSheet(CollectionEditSheet::Mode::create()); });
     };
@@ -137,6 +148,7 @@ void Sidebar::render(const ShelfTheme& theme) {
             values[i].optionShortcut = static_cast<int>(i) + 1;
         m_rows[i]->render(values[i], theme);
     }
+    noteReordering();
     arrange();
     if (std::exchange(m_shownRow, selected) != selected)
         m_scrollArea->ensureWidgetVisible(m_rows[selected], 0, listPadding);
@@ -160,6 +172,12 @@ void Sidebar::makeRows(std::size_t count) {
             m_view.perform([&] { m_view.selectSidebarRow(static_cast<std::ptrdiff_t>(position)); });
         };
         row->onContextMenu = [this, position = m_rows.size()](QPoint place) { askForMenu(position, place); };
+        if (m_rows.size() >= fixedLensCount)
+            row->onDrag = [this, position = m_rows.size() - fixedLensCount](const DragPicture& picture) {
+                const auto& collections = m_view.allCollections();
+                if (position < collections.size() && onDrag)
+                    onDrag(collections[position], picture);
+            };
         row->show();
         m_rows.push_back(row);
     }
@@ -186,16 +204,113 @@ void Sidebar::arrange() {
                                  QWidget::width() - 2 * footerPadding, m_newCollection->sizeHint().height());
     int y = listPadding;
     m_column->dividerY.reset();
+    m_tops.clear();
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
         if (i == fixedLensCount) {
             m_column->dividerY = y + dividerSpace / 2;
             y += dividerSpace;
         }
-        const int rowHeight = m_rows[i]->sizeHint().height();
-        m_rows[i]->setGeometry(0, y, QWidget::width(), rowHeight);
-        y += rowHeight + 1;
+        m_tops.push_back(y);
+        y += m_rows[i]->sizeHint().height() + 1;
     }
+    placeRows();
     m_column->resize(QWidget::width(), y + listPadding);
+    publishFrames();
+}
+
+void Sidebar::noteReordering() {
+    const bool isReordered =
+        std::exchange(m_shownReorderings, m_view.drags().reorderings()) != m_view.drags().reorderings();
+    if (isReordered && isVisible()) {
+        m_glideFrom.clear();
+        for (std::size_t i = 0; i < m_shownCollections.size(); ++i)
+            m_glideFrom[m_shownCollections[i]] = m_rows[i + fixedLensCount]->y();
+        m_glide.jumpTo(false);
+        m_glide.glideTo(true);
+    }
+    m_shownCollections.clear();
+    for (const auto& collection : m_view.allCollections())
+        m_shownCollections.push_back(collection->id());
+}
+
+void Sidebar::placeRows() {
+    for (std::size_t i = 0; i < m_rows.size() && i < m_tops.size(); ++i) {
+        int y = m_tops[i];
+        if (i >= fixedLensCount && m_glide.isMoving())
+            if (const auto from = m_glideFrom.find(m_shownCollections[i - fixedLensCount]);
+                from != m_glideFrom.end())
+                y = static_cast<int>(std::lround(from->second + (y - from->second) * m_glide.value()));
+        m_rows[i]->setGeometry(0, y, QWidget::width(), m_rows[i]->sizeHint().height());
+    }
+}
+
+// Drags
+
+QRectF Sidebar::publishedFrame(std::size_t row) const {
+    const QRect frame({0, m_tops[row] + m_column->y()},
+                      m_rows[row]->sizeHint().expandedTo({QWidget::width(), 0}));
+    return frame.translated(m_scrollArea->pos() + pos());
+}
+
+void Sidebar::publishFrames() {
+    std::unordered_map<TabDropTarget, QRectF> frames;
+    for (std::size_t i = 0; isVisible() && i < m_shownCollections.size(); ++i)
+        frames[{m_shownCollections[i]}] = publishedFrame(i + fixedLensCount);
+    const QRectF visible = rowsArea();
+    if (frames != m_view._tabFrames || visible != m_view._visibleTabs)
+        m_view.perform([&] {
+            m_view._tabFrames = std::move(frames);
+            m_view._visibleTabs = visible;
+        });
+}
+
+QRect Sidebar::rowsArea() const {
+    return m_scrollArea->geometry().translated(pos());
+}
+
+bool Sidebar::dragHovers(const QPoint* place) {
+    const auto rows = rowsArea();
+    m_dragScrollStep = 0;
+    if (place && rows.contains(*place)) {
+        if (place->y() < rows.top() + dragScrollZone)
+            m_dragScrollStep = -dragScrollStep;
+        else if (place->y() > rows.bottom() - dragScrollZone)
+            m_dragScrollStep = dragScrollStep;
+    }
+    if (!canDragScroll())
+        m_dragScroll.stop();
+    else if (!m_dragScroll.isActive())
+        m_dragScroll.start(dragScrollInterval, this);
+    return m_dragScroll.isActive();
+}
+
+bool Sidebar::canDragScroll() const {
+    return (m_dragScrollStep < 0 && m_scrollBar->value() > m_scrollBar->minimum()) ||
+           (m_dragScrollStep > 0 && m_scrollBar->value() < m_scrollBar->maximum());
+}
+
+void Sidebar::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != m_dragScroll.timerId()) {
+        QWidget::timerEvent(event);
+        return;
+    }
+    m_scrollBar->setValue(m_scrollBar->value() + m_dragScrollStep);
+    if (!canDragScroll())
+        m_dragScroll.stop();
+}
+
+void Sidebar::moveEvent(QMoveEvent*) {
+    publishFrames();
+}
+
+void Sidebar::showEvent(QShowEvent*) {
+    publishFrames();
+}
+
+void Sidebar::hideEvent(QHideEvent*) {
+    m_glide.finish();
+    m_dragScroll.stop();
+    publishFrames();
 }
 
 void Sidebar::resizeEvent(QResizeEvent*) {

@@ -10,9 +10,11 @@
 
 #include <QContextMenuEvent>
 #include <QFontMetrics>
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace kestrova {
 namespace {
@@ -85,6 +87,25 @@ void SidebarRow::contextMenuEvent(QContextMenuEvent* event) {
         onContextMenu(event->globalPos());
 }
 
+void SidebarRow::mousePressEvent(QMouseEvent* event) {
+    PanelButton::mousePressEvent(event);
+    m_pressedAt =
+        event->button() == Qt::LeftButton ? std::optional(event->position().toPoint()) : std::nullopt;
+}
+
+void SidebarRow::mouseMoveEvent(QMouseEvent* event) {
+    const bool isHeld = m_pressedAt && event->buttons() == Qt::LeftButton;
+    if (!onDrag || !isHeld || !isDragMeant(*m_pressedAt, event->position().toPoint())) {
+        PanelButton::mouseMoveEvent(event);
+        return;
+    }
+    const auto hotSpot = *std::exchange(m_pressedAt, std::nullopt);
+    // Otherwise letting go would press it.
+    setDown(false);
+    onDrag(dragPicture(*this, size(), hotSpot, theme().ground,
+                       [this](QPainter& painter) { paintRow(painter); }));
+}
+
 void SidebarRow::hideEvent(QHideEvent* event) {
     PanelButton::hideEvent(event);
     m_digitShown.finish();
@@ -92,6 +113,10 @@ void SidebarRow::hideEvent(QHideEvent* event) {
 
 void SidebarRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    paintRow(painter);
+}
+
+void SidebarRow::paintRow(QPainter& painter) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     const QRectF plate = QRectF(rect()).adjusted(sideMargin, 0, -sideMargin, 0);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kestrova/shelf/controls/PanelButton.h"
+#include "Kestrova/shelf/widgets/DragStart.h"
 
 #include <optional>
 
@@ -29,6 +30,9 @@ public:
     /// The person asks for the row's menu at a place of the screen. May be empty.
     std::function<void(QPoint globalPosition)> onContextMenu;
 
+    /// The person begins to drag the row. May be empty.
+    std::function<void(const DragPicture&)> onDrag;
+
     void render(const Values& values, const ShelfTheme& theme);
     QSize sizeHint() const override;
 
@@ -36,12 +40,16 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
+    void paintRow(QPainter& painter);
     QColor barColor() const;
     QColor symbolColor() const;
 
     Values m_values;
+    std::optional<QPoint> m_pressedAt;
     int m_digit = 0;
     Transition m_digitShown;
 };

@@ -39,6 +39,33 @@ TEST_F(DeleteAndUndoTest, ADeletionTouchesNeitherSelectionNorRouteNorLens) {
     EXPECT_EQ(view.currentItem(), kept);
 }
 
+TEST_F(DeleteAndUndoTest, NothingIsKeptOfARowThatWasShownInDetailBefore) {
+    std::weak_ptr<ClipboardItem> gone;
+    {
+        const auto item = add(u"secret"_qs);
+        gone = item;
+        act([&] { view._route = DetailRoute::preview(item); });
+        act([&] { view.popRoute(); });
+        act([&] { view.deleteItem(*item); });
+    }
+    EXPECT_TRUE(gone.expired());
+}
+
+TEST_F(DeleteAndUndoTest, NothingIsKeptOfARowWhoseDetailTheDeletionCloses) {
+    std::weak_ptr<ClipboardItem> gone;
+    {
+        const auto item = add(u"secret"_qs);
+        gone = item;
+        act([&] { view._route = DetailRoute::preview(item); });
+        act([&] {
+            view.deleteItem(*item);
+            view.popRoute();
+        });
+        view.viewDisappears();
+    }
+    EXPECT_TRUE(gone.expired());
+}
+
 TEST_F(DeleteAndUndoTest, EverythingButTheSourceComesBackInItsOldPlaceAsANewRow) {
     add(u"older"_qs);
     const auto item = add(u"shot"_qs, {.type = image,

@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/ItemMenu.h"
 
+#include "KestrovaCore/CollectionMembership.h"
 #include "tests/Kestrova/shelf/ShelfFixture.h"
 
 #include <gmock/gmock.h>
@@ -181,9 +182,9 @@ TEST_F(ItemMenuTest, CollectionsAreAddedAndRemoved) {
     const auto item = add(u"words"_s);
     const auto work = addCollection(u"Work"_s);
     choose(Kind::addToCollection, item, work);
-    EXPECT_TRUE(ItemOperations::isInCollection(*item, *work));
+    EXPECT_TRUE(isInCollection(*item, *work));
     choose(Kind::removeFromCollection, item, work);
-    EXPECT_FALSE(ItemOperations::isInCollection(*item, *work));
+    EXPECT_FALSE(isInCollection(*item, *work));
 }
 
 TEST_F(ItemMenuTest, DeleteTakesTheRowAway) {

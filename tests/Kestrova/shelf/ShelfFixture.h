@@ -3,7 +3,9 @@
 #include "Kestrova/shelf/ShelfKeyboard.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "tests/support/FakeEventMonitors.h"
+#include "tests/support/FakeLinkPreviews.h"
 #include "tests/support/FakePasteboard.h"
+#include "tests/support/FakeScreens.h"
 #include "tests/support/FakeShelfPanel.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/ManualMainQueue.h"
@@ -123,6 +125,8 @@ protected:
     FakeShelfPanel panel;
     RecordingWorkspace workspace;
     RecordingSharing sharing;
+    FakeLinkPreviews linkPreviews{queue};
+    FakeScreens screens;
 
     QStringList pasted;
     int dismissals = 0;
@@ -130,7 +134,8 @@ protected:
     QStringList imagesToEdit;
     std::vector<double> widths;
 
-    ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing},
+    ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing,
+                         screens, linkPreviews},
                         {.onSelect = [this](const auto& item) { pasted.append(item->content()); },
                          .onDismiss = [this] { ++dismissals; },
                          .onEditImage = [this](const auto& item) { imagesToEdit.append(item->content()); },

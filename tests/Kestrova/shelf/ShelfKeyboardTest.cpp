@@ -401,6 +401,37 @@ TEST_F(ShelfKeyboardTest, DigitsWithAnyOtherModifiersPassOn) {
 
 // Repeated keys
 
+TEST_F(ShelfKeyboardTest, AHeldEscapeLeavesOneScreen) {
+    const auto a = add(u"a"_qs);
+    act([&] {
+        view._suspendedRoute = DetailRoute::actions(a);
+        view._route = DetailRoute::edit(a);
+    });
+    const auto repeat = [&] { return press(VirtualKey::escape, 0, {}, true); };
+    EXPECT_TRUE(escape());
+    EXPECT_TRUE(repeat());
+    EXPECT_EQ(view._route, DetailRoute::actions(a));
+    EXPECT_TRUE(escape());
+    EXPECT_TRUE(repeat());
+    EXPECT_FALSE(view._route);
+    EXPECT_EQ(dismissals, 0);
+    EXPECT_TRUE(escape());
+    EXPECT_TRUE(repeat());
+    EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(ShelfMonitorTest, AHeldSpaceThatOpensThePreviewDoesNotReachIt) {
+    const auto send = [&](bool isRepeat) {
+        return monitors.send({EventMask::keyDown, panel.number, {VirtualKey::space, 0, {}, isRepeat}});
+    };
+    act([&] { view.enterLane(KeyboardLane::list); });
+    EXPECT_TRUE(send(false));
+    ASSERT_TRUE(view._route);
+    EXPECT_TRUE(send(true));
+    EXPECT_FALSE(send(false)) << "pressed anew, it is the preview's";
+    EXPECT_FALSE(send(true));
+}
+
 TEST_F(ShelfKeyboardTest, AKeyThatIsHeldDownPastesOnce) {
     add(u"a"_qs);
     EXPECT_TRUE(digit(u"1"_qs, ModifierFlags::command));

@@ -1,6 +1,8 @@
 #include "Kestrova/shelf/ShelfPanelController.h"
 
 #include "Kestrova/clipboard/OwnWrite.h"
+#include "Kestrova/services/LinkPreviewCache.h"
+#include "Kestrova/shelf/ShelfDrags.h"
 #include "Kestrova/shelf/ShelfPanelView.h"
 #include "tests/support/EffectTrace.h"
 #include "tests/support/InMemoryUserDefaults.h"
@@ -30,6 +32,7 @@ protected:
     TracedHUD hud{trace};
     TracedPanel panel{trace};
     TracedSharing sharing{trace};
+    NoLinkPreviews linkPreviews;
     std::unique_ptr<ShelfPanelController> controller;
 
     void SetUp() override {
@@ -52,7 +55,8 @@ protected:
                                                .defaults = defaults,
                                                .hud = hud,
                                                .panel = panel,
-                                               .sharing = sharing});
+                                               .sharing = sharing,
+                                               .linkPreviews = linkPreviews});
         trace.take();
     }
 
@@ -212,6 +216,22 @@ TEST_F(ShelfPanelControllerTest, APressOfTheMouseElsewhereHidesThePanel) {
                             u"210 workspace.activate editor"_s, u"280 panel.orderOut"_s));
 }
 
+TEST_F(ShelfPanelControllerTest, APressElsewhereDuringADragLeavesThePanel) {
+    show();
+    auto& view = controller->view();
+    const auto dragged = item();
+    view.perform([&] { view.drags().beginItem(*dragged); });
+    eventMonitors.onMouseDown();
+    mainQueue.advance(120ms);
+    EXPECT_TRUE(controller->isPanelVisible());
+    EXPECT_THAT(trace.take(), IsEmpty());
+    view.perform([&] { view.dragEnded(); });
+    const auto press = eventMonitors.onMouseDown;
+    press();
+    mainQueue.advance(120ms);
+    EXPECT_FALSE(controller->isPanelVisible());
+}
+
 TEST_F(ShelfPanelControllerTest, APressThatChoseAWindowLeavesTheKeyboardThere) {
     show();
     const auto press = eventMonitors.onMouseDown;
@@ -255,8 +275,8 @@ TEST_F(ShelfPanelControllerTest, ARefusedMouseMonitorLeavesThePanelOpen) {
 
 TEST_F(ShelfPanelControllerTest, TheTopHangs150PointsBelowAVisibleHeightOf1000) {
     show();
-    EXPECT_EQ(panel.frame, (ScreenRect{.x = 480, .y = 310, .width = 960, .height = 540}));
-    EXPECT_EQ(1000 - panel.frame.maxY(), 150);
+    EXPECT_EQ(panel.place, (ScreenRect{.x = 480, .y = 310, .width = 960, .height = 540}));
+    EXPECT_EQ(1000 - panel.place.maxY(), 150);
 }
 
 TEST_F(ShelfPanelControllerTest, ThePanelOpensOnTheDisplayUnderTheMouse) {
@@ -266,7 +286,7 @@ TEST_F(ShelfPanelControllerTest, ThePanelOpensOnTheDisplayUnderTheMouse) {
                            .scale = 2});
     screens.mouse = {1920, 5};
     show();
-    EXPECT_EQ(panel.frame, (ScreenRect{.x = 2720, .y = 690, .width = 960, .height = 540}));
+    EXPECT_EQ(panel.place, (ScreenRect{.x = 2720, .y = 690, .width = 960, .height = 540}));
 }
 
 TEST_F(ShelfPanelControllerTest, WithTheMouseOnNoDisplayTheMainOneCountsElseTheFirst) {
@@ -296,16 +316,16 @@ TEST_F(ShelfPanelControllerTest, TheWindowStartsAt960EvenWithTheSidebarStoredHid
     defaults.set(u"shelfSidebarVisible"_s, false);
     start();
     show();
-    EXPECT_EQ(panel.frame.width, 960);
+    EXPECT_EQ(panel.place.width, 960);
     controller->view().perform([&] { controller->view()._previewVisible.flip(); });
-    EXPECT_EQ(panel.frame.width, 760);
+    EXPECT_EQ(panel.place.width, 760);
 }
 
 TEST_F(ShelfPanelControllerTest, AWidthChangeOfAVisiblePanelIsAnimated) {
     show();
     controller->view().perform([&] { controller->view()._sidebarVisible = false; });
     EXPECT_EQ(trace.take().filter(u"panel.animateFrame 280 easeInEaseOut"_s).size(), 1);
-    EXPECT_EQ(panel.frame, (ScreenRect{.x = 580, .y = 310, .width = 760, .height = 540}));
+    EXPECT_EQ(panel.place, (ScreenRect{.x = 580, .y = 310, .width = 760, .height = 540}));
 }
 
 TEST_F(ShelfPanelControllerTest, AWidthChangeOfAHiddenPanelIsKeptForTheNextShow) {
@@ -314,7 +334,7 @@ TEST_F(ShelfPanelControllerTest, AWidthChangeOfAHiddenPanelIsKeptForTheNextShow)
     EXPECT_EQ(effects.filter(u"panel.setFrame"_s).size(), 1);
     EXPECT_THAT(effects.filter(u"panel.animateFrame"_s), IsEmpty());
     show();
-    EXPECT_EQ(panel.frame.width, 760);
+    EXPECT_EQ(panel.place.width, 760);
 }
 
 TEST_F(ShelfPanelControllerTest, TheSameWidthAgainChangesNothing) {

@@ -28,6 +28,14 @@ TEST_F(ShelfItemsTest, CopyingWritesMarksTheWriteAsOwnAndShowsTheToast) {
     EXPECT_EQ(hud.shown, (Shown{{HUDEvent::copied, a}}));
 }
 
+TEST_F(ShelfItemsTest, CopyingAFormOfAnItemWritesMarksTheWriteAsOwnAndShowsTheToast) {
+    const auto color = add(u"#fff"_qs, {.type = ClipboardItemType::color});
+    act([&] { view.copyText(color, u"rgb(255, 255, 255)"_qs); });
+    EXPECT_EQ(pasteboard.written(), std::vector<PasteboardEntry>{PlainText{u"rgb(255, 255, 255)"_qs}});
+    EXPECT_EQ(ownWriteChangeCount, pasteboard.changeCount());
+    EXPECT_EQ(hud.shown, (Shown{{HUDEvent::copied, color}}));
+}
+
 TEST_F(ShelfItemsTest, CopyingFromTheListItselfOutlivesAnItemThatArrivesWithIt) {
     add(u"a"_qs);
     type(u"a"_qs);

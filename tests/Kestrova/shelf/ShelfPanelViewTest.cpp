@@ -404,13 +404,29 @@ TEST_F(ShelfPanelViewTest, ARouteKeepsAnItemThatIsDeletedMeanwhile) {
 TEST_F(ShelfPanelViewTest, ADropTargetIsTheRowWhoseFrameHoldsThePoint) {
     const TabDropTarget work{CollectionID{1}};
     const TabDropTarget home{CollectionID{2}};
-    act([&] { view._tabFrames = {{work, QRectF(10, 100, 200, 30)}, {home, QRectF(10, 130, 200, 30)}}; });
+    act([&] {
+        view._tabFrames = {{work, QRectF(10, 100, 200, 30)}, {home, QRectF(10, 130, 200, 30)}};
+        view._visibleTabs = QRectF(10, 80, 200, 300);
+    });
     EXPECT_EQ(view.dropTargetAt({10, 100}), work);
     EXPECT_EQ(view.dropTargetAt({50, 129.9}), work);
     EXPECT_EQ(view.dropTargetAt({50, 130}), home);
     EXPECT_EQ(view.dropTargetAt({50, 160}), std::nullopt);
     EXPECT_EQ(view.dropTargetAt({210, 110}), std::nullopt);
     EXPECT_EQ(view.dropTargetAt({9, 110}), std::nullopt);
+}
+
+TEST_F(ShelfPanelViewTest, NoDropTargetIsWhereARowCannotBeSeen) {
+    const TabDropTarget work{CollectionID{1}};
+    const TabDropTarget home{CollectionID{2}};
+    act([&] {
+        view._tabFrames = {{work, QRectF(10, 100, 200, 30)}, {home, QRectF(10, 130, 200, 30)}};
+        view._visibleTabs = QRectF(10, 120, 200, 30);
+    });
+    EXPECT_EQ(view.dropTargetAt({50, 119}), std::nullopt);
+    EXPECT_EQ(view.dropTargetAt({50, 120}), work);
+    EXPECT_EQ(view.dropTargetAt({50, 149}), home);
+    EXPECT_EQ(view.dropTargetAt({50, 150}), std::nullopt);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Kestrova/shelf/widgets/CollectionSheetView.h"
 #include "Kestrova/shelf/controls/SheetButton.h"
+#include "Kestrova/shelf/widgets/CollectionPreview.h"
 #include "Kestrova/shelf/widgets/CollectionSheetCard.h"
 #include "Kestrova/shelf/widgets/NameField.h"
 #include "Kestrova/shelf/widgets/ShelfContent.h"
@@ -9,6 +10,7 @@
 
 #include <QAccessible>
 #include <QInputMethodEvent>
+#include <QLabel>
 
 namespace kestrova {
 namespace {
@@ -393,6 +395,94 @@ TEST_F(CollectionSheetViewTest, AColourThatIsClickedLeavesTheKeyboardInTheName) 
     type(u"work"_qs);
     EXPECT_EQ(sheet()._name, u"work");
 }
+
+TEST_F(CollectionSheetViewTest, AnEditIsTitledAsOneAndItsButtonsAreNeverDisabled) {
+    show();
+    present(Mode::edit(addCollection(u"a"_qs, {})));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&card())->text(QAccessible::Name), u"컬렉션 편집");
+    EXPECT_TRUE(name().hasFocus());
+    for (const auto& typed : {u" "_qs, u"   "_qs}) {
+        name().selectAll();
+        type(typed);
+        EXPECT_TRUE(button(u"저장"_qs).isEnabled());
+        EXPECT_TRUE(button(u"취소"_qs).isEnabled());
+        QTest::mouseClick(&button(u"저장"_qs), Qt::LeftButton);
+        ASSERT_NE(view.collectionSheet(), nullptr);
+    }
+    EXPECT_EQ(view.allCollections().front()->name(), u"a");
+}
+
+TEST_F(CollectionSheetViewTest, TheTitleStandsOutFromTheLabels) {
+    show();
+    present();
+    const auto label = [this](const QString& text) {
+        for (auto* const child : card().findChildren<QLabel*>())
+            if (child->text() == text)
+                return child;
+        qFatal("The sheet has no such label.");
+    };
+    EXPECT_EQ(label(u"새 컬렉션"_qs)->font().weight(), QFont::DemiBold);
+    EXPECT_LT(label(u"이름"_qs)->font().weight(), QFont::DemiBold);
+    EXPECT_LT(label(u"색"_qs)->font().weight(), QFont::DemiBold);
+}
+
+TEST_F(CollectionSheetViewTest, AColourThatIsNoSwatchHasNoneChosenAndIsKept) {
+    const auto collection = addCollection(u"a"_qs, u"#123456"_qs);
+    show();
+    present(Mode::edit(collection));
+    for (std::size_t i = 0; i < CollectionEditSheet::swatches().size(); ++i)
+        EXPECT_FALSE(swatch(i).isChecked()) << i;
+    press(Qt::Key_Return);
+    EXPECT_EQ(collection->colorHex(), u"#123456"_qs);
+}
+
+TEST_F(CollectionSheetViewTest, ThePreviewIsDrawnInTheColourUnderThePointerElseInTheChosenOne) {
+    show();
+    present();
+    const auto drawn = [this] { return part<CollectionPreview>().grab().toImage(); };
+    const auto choose = [this](const std::optional<QString>& hex) {
+        view.perform([&] { sheet()._selectedColorHex = hex; });
+    };
+    const auto accent = drawn();
+    choose(u"pinkish"_qs);
+    EXPECT_EQ(drawn(), accent);
+    choose(u"#34C759"_qs);
+    const auto green = drawn();
+    EXPECT_NE(green, accent);
+    choose(u"#FF3B30"_qs);
+    const auto red = drawn();
+    EXPECT_NE(red, green);
+    QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+    QCoreApplication::sendEvent(&swatch(7), &enter);
+    EXPECT_EQ(drawn(), green);
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&swatch(7), &leave);
+    EXPECT_EQ(drawn(), red);
+    QCoreApplication::sendEvent(&swatch(0), &enter);
+    EXPECT_EQ(drawn(), accent);
+}
+
+class CollectionSwatchTest : public CollectionSheetViewTest,
+                             public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(CollectionSwatchTest, ANewCollectionGetsTheColourThatIsClicked) {
+    const auto& expected = CollectionEditSheet::swatches().at(GetParam());
+    show();
+    present();
+    QTest::mouseClick(&swatch(GetParam()), Qt::LeftButton);
+    EXPECT_TRUE(swatch(GetParam()).isChecked());
+    type(u"a"_qs);
+    press(Qt::Key_Return);
+    ASSERT_EQ(view.allCollections().size(), 1U);
+    EXPECT_EQ(view.allCollections().front()->colorHex(), expected.hex);
+}
+
+INSTANTIATE_TEST_SUITE_P(Swatches, CollectionSwatchTest, testing::Range(std::size_t{0}, std::size_t{9}),
+                         [](const auto& test) {
+                             const auto& hex = CollectionEditSheet::swatches().at(test.param).hex;
+                             return hex ? CollectionEditSheet::swatches().at(test.param).name.toStdString()
+                                        : std::string("None");
+                         });
 
 } // namespace
 } // namespace kestrova

@@ -1,5 +1,5 @@
+#include "Kestrova/detail/widgets/InfoRow.h"
 #include "Kestrova/detail/widgets/PlainTextView.h"
-#include "Kestrova/shelf/widgets/ItemContentView.h"
 #include "Kestrova/shelf/widgets/ItemGridView.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
@@ -100,7 +100,7 @@ TEST_F(DeletedItemsTest, APreviewOfAHiddenShelfKeepsNeitherItemNorText) {
     deleteElsewhere(item.lock()->id());
     EXPECT_TRUE(item.expired());
     EXPECT_EQ(part<PlainTextView>().toPlainText(), QString());
-    EXPECT_EQ(part<ItemContentView>().accessibleName(), QString());
+    EXPECT_EQ(part<InfoRow>().accessibleName(), QString());
 }
 
 TEST_F(DeletedItemsTest, AMenuThatHasClosedHoldsNone) {

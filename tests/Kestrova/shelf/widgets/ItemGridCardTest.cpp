@@ -1,4 +1,6 @@
 #include "Kestrova/shelf/ItemGridCard.h"
+
+#include "Kestrova/detail/ItemParts.h"
 #include "KestrovaCore/ClipboardItem.h"
 #include "tests/support/StoreFixture.h"
 

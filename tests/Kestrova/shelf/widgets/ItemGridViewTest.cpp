@@ -1,26 +1,13 @@
 #include "Kestrova/shelf/widgets/ItemGridView.h"
-#include "Kestrova/services/LinkPreviewCache.h"
 #include "Kestrova/shelf/widgets/ItemCardDelegate.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
 #include <QScrollBar>
 
 #include <algorithm>
-#include <map>
 
 namespace kestrova {
 namespace {
-
-class FakeLinkPreviews final : public LinkPreviewCache {
-public:
-    std::optional<Preview> cachedPreview(const QUrl& url) const override {
-        const auto found = previews.find(url.toString());
-        return found == previews.end() ? std::nullopt : std::optional{found->second};
-    }
-    QCoro::Task<> fetch(QUrl) override { co_return; }
-
-    std::map<QString, Preview> previews;
-};
 
 class ItemGridViewTest : public WidgetFixture {
 protected:
@@ -210,9 +197,8 @@ TEST_F(ItemGridViewTest, ALinkShowsWhatIsKnownOfItsPage) {
     add(u"https://example.org/unknown"_qs, ClipboardItemType::url);
     show();
     const auto plainCaption = picture().copy(caption(1));
-    FakeLinkPreviews previews;
-    previews.previews[u"https://example.org/known"_qs] = {u"제목"_qs, {}, filled(Qt::red), filled(Qt::blue)};
-    grid().setLinkPreviews(previews);
+    linkPreviews.known[QUrl(u"https://example.org/known"_qs)] = {
+        u"제목"_qs, {}, filled(Qt::red), filled(Qt::blue)};
     EXPECT_EQ(colorAt(region(1).center()), QColor(Qt::red));
     EXPECT_NE(colorAt(region(0).center()), QColor(Qt::red));
     const auto shown = picture().copy(caption(1));

@@ -1,13 +1,34 @@
 #include "Kestrova/shelf/controls/SymbolButton.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
+#include <QDropEvent>
 #include <QInputMethodEvent>
+#include <QMimeData>
 
 namespace kestrova {
 namespace {
 
 class SearchFieldTest : public WidgetFixture {
 protected:
+    /// Dragged there and dropped by a program that would rather have its text moved. Ignore if it is refused.
+    Qt::DropAction drop(const QString& text, Qt::DropActions offered) {
+        QMimeData data;
+        data.setText(text);
+        const auto place = field().rect().center();
+        QDragEnterEvent enter(place, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+        QCoreApplication::sendEvent(&field(), &enter);
+        QDragMoveEvent move(place, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+        QCoreApplication::sendEvent(&field(), &move);
+        QDropEvent drop(place, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+        QCoreApplication::sendEvent(&field(), &drop);
+        EXPECT_EQ(enter.isAccepted(), drop.isAccepted());
+        EXPECT_EQ(move.isAccepted(), drop.isAccepted());
+        if (!drop.isAccepted())
+            return Qt::IgnoreAction;
+        EXPECT_EQ(enter.dropAction(), drop.dropAction());
+        EXPECT_EQ(move.dropAction(), drop.dropAction());
+        return drop.dropAction();
+    }
     void compose(const QString& preedit) {
         QInputMethodEvent event(preedit, {});
         QCoreApplication::sendEvent(&field(), &event);
@@ -100,6 +121,18 @@ TEST_F(SearchFieldTest, AButtonEmptiesItWhileThereIsText) {
     EXPECT_EQ(field().text(), u"");
     EXPECT_FALSE(button.isVisible());
     EXPECT_TRUE(field().hasFocus());
+}
+
+TEST_F(SearchFieldTest, DroppedTextIsLookedForAndStaysWithTheProgramThatItComesFrom) {
+    show();
+    EXPECT_EQ(drop(u"words"_qs, Qt::CopyAction | Qt::MoveAction), Qt::CopyAction);
+    EXPECT_EQ(view._query, u"words");
+}
+
+TEST_F(SearchFieldTest, TextThatCanOnlyBeMovedIsNotTaken) {
+    show();
+    EXPECT_EQ(drop(u"words"_qs, Qt::MoveAction), Qt::IgnoreAction);
+    EXPECT_EQ(view._query, u"");
 }
 
 TEST_F(SearchFieldTest, HasItsPlaceholderAndItsNames) {

@@ -1,3 +1,4 @@
+#include "Kestrova/detail/widgets/ItemActionsCardWidget.h"
 #include "Kestrova/look/Contrast.h"
 #include "Kestrova/shelf/ItemRow.h"
 #include "Kestrova/shelf/controls/LabelButton.h"
@@ -8,6 +9,7 @@
 #include "Kestrova/shelf/widgets/HintBar.h"
 #include "Kestrova/shelf/widgets/ItemGridView.h"
 #include "Kestrova/shelf/widgets/PanelMenu.h"
+#include "Kestrova/shelf/widgets/PreviewPane.h"
 #include "Kestrova/shelf/widgets/ShelfContent.h"
 #include "Kestrova/shelf/widgets/Sidebar.h"
 #include "Kestrova/shelf/widgets/SidebarRow.h"
@@ -17,6 +19,8 @@
 #include <QApplication>
 #include <QHash>
 #include <QPainter>
+
+#include <functional>
 
 namespace kestrova {
 namespace {
@@ -109,16 +113,45 @@ protected:
     }
     /// Each piece of text that `part` of the window draws. Answers what it read.
     QStringList expectReadable(QWidget& window, QWidget& part) {
+        return expectReadable(window, part,
+                              [this](const QString& text) { return !isWrittenInItsOwnColour(text); });
+    }
+    /// With the texts of copied colours too: nothing but the lists writes them in those colours.
+    QStringList expectAllReadable(QWidget& part) {
+        return expectReadable(ShelfContrastTest::part<ShelfContent>(), part,
+                              [](const QString&) { return true; });
+    }
+    QStringList expectReadable(QWidget& window, QWidget& part,
+                               const std::function<bool(const QString&)>& isMeasured) {
         const auto seen = pictureOf(window);
         const auto corner = QPointF(part.mapTo(&window, QPoint()));
         QStringList read;
         for (const auto& [text, frame] : DrawnTexts::of(part)) {
-            if (isWrittenInItsOwnColour(text))
+            if (!isMeasured(text))
                 continue;
             EXPECT_GE(strongestContrast(seen, frame.translated(corner)), ofText) << qPrintable(text);
             read.append(text);
         }
         return read;
+    }
+    /// One item of each kind that a detail screen shows in its own way, the odd ones too.
+    std::vector<std::shared_ptr<ClipboardItem>> itemsOfEveryKind() {
+        linkPreviews.known[QUrl(u"https://b.org/page"_qs)] = {
+            .title = u"Title"_qs, .siteName = u"Site"_qs, .image = {}, .favicon = {}};
+        return {add(u"words of a text"_qs),
+                add(u"formatted words"_qs, ClipboardItemType::rtf),
+                add(u"https://b.org/page"_qs, ClipboardItemType::url),
+                add(u"https://c.org"_qs, ClipboardItemType::url),
+                add(u"/home/user/paper.pdf"_qs, ClipboardItemType::file),
+                add(QString(), ClipboardItemType::image, false, png({600, 400}, Qt::gray)),
+                add(QString(), ClipboardItemType::image, false, "no picture"),
+                add(u"#3B82F6"_qs, ClipboardItemType::color),
+                add(u"#FF3B3066"_qs, ClipboardItemType::color),
+                add(u"rgb(1, 2)"_qs, ClipboardItemType::color)};
+    }
+    static void expectAmong(const QStringList& read, const QStringList& texts) {
+        for (const auto& text : texts)
+            EXPECT_TRUE(read.contains(text)) << qPrintable(text) << qPrintable(read.join(u'|'));
     }
     QStringList expectReadable(QWidget& window) { return expectReadable(window, window); }
     PanelMenu& openMenu(QWidget& widget, QPoint place) {
@@ -256,20 +289,87 @@ TEST_P(ShelfContrastTest, EveryKeyCanBeRead) {
     }
 }
 
-TEST_P(ShelfContrastTest, EveryTextOfTheOverlaysCanBeRead) {
-    const auto item = view.filteredItems().front();
-    for (const auto& route :
-         {DetailRoute::actions(item), DetailRoute::preview(item), DetailRoute::edit(item)}) {
-        view.perform([&] { view._route = route; });
+TEST_P(ShelfContrastTest, EveryTextOfThePreviewPaneCanBeRead) {
+    QStringList read;
+    for (const auto& item : itemsOfEveryKind()) {
+        view.perform([&] { view._selection = item->id(); });
         finishTransitions();
-        EXPECT_FALSE(expectReadable(part<ShelfContent>(), part<DetailOverlay>()).isEmpty());
+        read += expectAllReadable(part<PreviewPane>());
     }
-    view.perform([&] { view._route.reset(); });
+    expectAmong(read,
+                {u"Information"_qs, u"Content Type"_qs, u"Length"_qs, u"Host"_qs, u"Path"_qs, u"Copied"_qs,
+                 u"words of a text"_qs, u"Title"_qs, u"Site"_qs, u"https://c.org"_qs, u"paper.pdf"_qs,
+                 u"HEX"_qs, u"#3B82F6"_qs, u"rgba(255, 59, 48, 0.40)"_qs, u"rgb(1, 2)"_qs, u"복사"_qs});
+}
+
+TEST_P(ShelfContrastTest, EveryTextOfThePreviewScreenCanBeRead) {
+    QStringList read;
+    for (const auto& item : itemsOfEveryKind()) {
+        view.perform([&] { view._route = DetailRoute::preview(item); });
+        finishTransitions();
+        read += expectAllReadable(part<DetailOverlay>());
+    }
+    expectAmong(read, {u"Close"_qs, u"Esc"_qs, u"Text"_qs, u"Link"_qs, u"File"_qs, u"Image"_qs, u"Color"_qs,
+                       u"words of a text"_qs, u"Title"_qs, u"paper.pdf"_qs, u"#3B82F6"_qs});
+}
+
+TEST_P(ShelfContrastTest, APictureThatCannotBeReadIsToldOfReadably) {
+    const auto item = add(QString(), ClipboardItemType::image, false, "no picture");
+    view.perform([&] { view._route = DetailRoute::preview(item); });
+    finishTransitions();
+    EXPECT_TRUE(waitFor([&] {
+        return std::ranges::any_of(DrawnTexts::of(part<DetailOverlay>()), [](const auto& drawn) {
+            return drawn.text == u"이미지를 읽을 수 없어요";
+        });
+    }));
+    expectAllReadable(part<DetailOverlay>());
+}
+
+TEST_P(ShelfContrastTest, EveryTextOfTheEditScreenCanBeRead) {
+    QStringList read;
+    for (const auto& item : itemsOfEveryKind()) {
+        if (!ShelfPanelView::isEditable(*item) || item->type() == ClipboardItemType::image)
+            continue;
+        view.perform([&] { view._route = DetailRoute::edit(item); });
+        finishTransitions();
+        read += expectAllReadable(part<DetailOverlay>());
+    }
+    expectAmong(read, {u"Edit Text"_qs, u"Edit Link"_qs, u"Edit Color"_qs, u"취소"_qs, u"저장"_qs, u"Esc"_qs,
+                       u"S"_qs, u"words of a text"_qs, u"#3B82F6"_qs});
+}
+
+TEST_P(ShelfContrastTest, EveryTextOfTheCollectionSheetCanBeRead) {
+    QStringList read;
     for (const auto& mode : {CollectionEditSheet::Mode::create(),
                              CollectionEditSheet::Mode::edit(view.allCollections().front())}) {
         view.perform([&] { view.presentCollectionSheet(mode); });
         finishTransitions();
-        EXPECT_FALSE(expectReadable(part<ShelfContent>(), part<CollectionSheetView>()).isEmpty());
+        read += expectAllReadable(part<CollectionSheetView>());
+    }
+    expectAmong(read, {u"새 컬렉션"_qs, u"컬렉션 편집"_qs, u"이름"_qs, u"예: 자주 쓰는 코드"_qs, u"색"_qs,
+                       u"취소"_qs, u"만들기"_qs, u"저장"_qs, u"컬렉션"_qs});
+}
+
+TEST_P(ShelfContrastTest, ThatThereAreNoCollectionsCanBeReadOnTheCard) {
+    view.perform([&] { view._route = DetailRoute::actions(view.filteredItems().front()); });
+    finishTransitions();
+    auto& card = part<ItemActionsCardWidget>().card();
+    card.collectionsChanged({}, {});
+    card.perform([&] { card.go(CardScreen::collections); });
+    expectAmong(expectAllReadable(part<ItemActionsCardWidget>()), {u"뒤로"_qs, u"컬렉션 없음"_qs});
+}
+
+TEST_P(ShelfContrastTest, EachRowOfTheCardCanBeReadWhileItIsLitUp) {
+    view.perform([&] { view._route = DetailRoute::actions(view.filteredItems().front()); });
+    finishTransitions();
+    auto& card = part<ItemActionsCardWidget>().card();
+    for (const auto screen : {CardScreen::root, CardScreen::collections}) {
+        card.perform([&] { card.go(screen); });
+        for (std::ptrdiff_t row = 0; row < std::ssize(card.rows()); ++row) {
+            card.perform([&] { card.selectedIndex = row; });
+            const auto label = card.rows()[static_cast<std::size_t>(row)].label;
+            expectAmong(expectAllReadable(part<ItemActionsCardWidget>()), {label});
+        }
     }
 }
 

@@ -1,7 +1,11 @@
 #include "Kestrova/detail/widgets/ItemEditor.h"
+#include "Kestrova/detail/widgets/ItemPreviewScreen.h"
+#include "Kestrova/shelf/controls/SheetButton.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
 
+#include <QAbstractScrollArea>
 #include <QFocusEvent>
+#include <QScrollBar>
 
 namespace kestrova {
 namespace {
@@ -81,7 +85,9 @@ TEST_F(ShelfFocusTest, AnEditorTakesTheKeyboardAndGivesItBack) {
     const auto item = add(u"text"_qs);
     show();
     view.perform([&] { view.edit(item); });
-    EXPECT_TRUE(part<ItemEditor>().hasFocus());
+    // At once the search has it no longer, on the next turn the editor has it.
+    EXPECT_FALSE(field().hasFocus());
+    EXPECT_TRUE(waitFor([&] { return part<ItemEditor>().hasFocus(); }));
     EXPECT_TRUE(view._searchFocused);
     view.perform([&] { view.popRoute(); });
     EXPECT_TRUE(field().hasFocus());
@@ -110,6 +116,51 @@ TEST_F(ShelfFocusTest, TheEditorSavesWithCtrlReturnAndWithSuperS) {
         EXPECT_EQ(item->content(), expected);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
+}
+
+TEST_F(ShelfFocusTest, WhatWasTypedForAnItemThatIsDeletedMeanwhileBecomesANewOne) {
+    const auto item = add(u"text"_qs);
+    show();
+    view.perform([&] { view.edit(item); });
+    QTest::keyClicks(&part<ItemEditor>(), u"+"_qs);
+    deleteElsewhere(item->id());
+    ASSERT_TRUE(view.items().empty());
+    EXPECT_EQ(part<ItemEditor>().toPlainText(), u"+text");
+    QTest::keyClick(&part<ItemEditor>(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(view._route);
+    ASSERT_EQ(view.items().size(), 1U);
+    EXPECT_EQ(view.items().front()->content(), u"+text");
+}
+
+TEST_F(ShelfFocusTest, CancellingLeavesTheItemAsItWas) {
+    const auto item = add(u"text"_qs);
+    show();
+    view.perform([&] { view.edit(item); });
+    QTest::keyClicks(&part<ItemEditor>(), u"+"_qs);
+    for (auto* const child : panel.findChildren<QWidget*>())
+        if (auto* const button = dynamic_cast<SheetButton*>(child); button && button->text() == u"취소"_qs)
+            QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_FALSE(view._route);
+    EXPECT_EQ(item->content(), u"text");
+}
+
+TEST_F(ShelfFocusTest, APreviewTakesTheKeyboardToScrollAndGivesItBack) {
+    const auto item = add(u"line\n"_qs.repeated(200));
+    show();
+    view.perform([&] { view.preview(item); });
+    auto& screen = part<ItemPreviewScreen>();
+    ASSERT_TRUE(screen.isAncestorOf(panel.focusWidget()));
+    auto* const scrolled = qobject_cast<QAbstractScrollArea*>(panel.focusWidget());
+    ASSERT_TRUE(scrolled);
+    QTest::keyClick(scrolled, Qt::Key_PageDown);
+    EXPECT_GT(scrolled->verticalScrollBar()->value(), 0);
+    // Around the screen, and to nothing below it.
+    for (int step = 0; step < 6; ++step) {
+        QTest::keyClick(panel.focusWidget(), Qt::Key_Tab);
+        EXPECT_TRUE(screen.isAncestorOf(panel.focusWidget())) << step;
+    }
+    view.perform([&] { view.popRoute(); });
+    EXPECT_TRUE(field().hasFocus());
 }
 
 TEST_F(ShelfFocusTest, ATextThatNobodyChangedIsSavedToTheLetter) {

@@ -1,14 +1,14 @@
+#include "Kestrova/detail/widgets/ActionRowButton.h"
+#include "Kestrova/detail/widgets/DetailScreen.h"
+#include "Kestrova/detail/widgets/DetailView.h"
+#include "Kestrova/detail/widgets/ItemActionsCardWidget.h"
 #include "Kestrova/look/InterfaceFont.h"
 #include "Kestrova/shelf/controls/LabelButton.h"
 #include "Kestrova/shelf/controls/SymbolButton.h"
-#include "Kestrova/shelf/widgets/ActionRow.h"
-#include "Kestrova/shelf/widgets/ActionsCard.h"
 #include "Kestrova/shelf/widgets/ChipRow.h"
 #include "Kestrova/shelf/widgets/DetailOverlay.h"
-#include "Kestrova/shelf/widgets/DetailSheet.h"
 #include "Kestrova/shelf/widgets/FilterChip.h"
 #include "Kestrova/shelf/widgets/HintBar.h"
-#include "Kestrova/shelf/widgets/ItemContentView.h"
 #include "Kestrova/shelf/widgets/ItemGridView.h"
 #include "Kestrova/shelf/widgets/PreviewPane.h"
 #include "Kestrova/shelf/widgets/ShelfContent.h"
@@ -110,7 +110,7 @@ TEST_F(ShelfLayoutTest, NothingMovesOnceThePanelIsHidden) {
     panel.orderOut();
     EXPECT_FALSE(part<Sidebar>().isVisibleTo(&part<ShelfContent>()));
     EXPECT_FALSE(part<PreviewPane>().isVisibleTo(&part<ShelfContent>()));
-    EXPECT_TRUE(isAtRest(part<ActionsCard>()));
+    EXPECT_TRUE(isAtRest(part<ItemActionsCardWidget>()));
 }
 
 // Fonts
@@ -204,7 +204,7 @@ TEST_F(ShelfLayoutTest, TheHintBarIsThereForAnItemAndOnlyThen) {
 
 TEST_F(ShelfLayoutTest, TheFirstItemComesFromTheBottomEdge) {
     show();
-    auto& content = part<ItemContentView>();
+    auto& content = part<DetailView>();
     add(u"a"_qs);
     EXPECT_GT(content.y(), 0);
     EXPECT_TRUE(waitFor([&] { return content.y() == 0; }));
@@ -215,7 +215,7 @@ TEST_F(ShelfLayoutTest, AnotherItemFadesInUnlessThePersonRunsPastIt) {
     add(u"b"_qs);
     add(u"a"_qs);
     show();
-    auto& content = part<ItemContentView>();
+    auto& content = part<DetailView>();
     ASSERT_TRUE(waitFor([&] { return content.y() == 0 && isAtRest(content); }));
     view.perform([&] { view.moveSelection(1); });
     EXPECT_FALSE(isAtRest(content));
@@ -229,18 +229,18 @@ TEST_F(ShelfLayoutTest, ADetailScreenComesFromTheTrailingEdgeOverADimmedList) {
     const auto item = add(u"a"_qs);
     show();
     view.perform([&] { view.preview(item); });
-    auto& sheet = part<DetailSheet>();
+    auto& sheet = part<DetailScreen>();
     EXPECT_GT(sheet.x(), 480);
     EXPECT_FALSE(isAtRest(sheet));
     EXPECT_TRUE(waitFor([&] { return isAtRest(sheet); }));
-    EXPECT_EQ(placeOf(sheet), QRect(24, 24, 912, 492));
+    EXPECT_EQ(placeOf(sheet), QRect(16, 16, 928, 508));
 }
 
 TEST_F(ShelfLayoutTest, TheActionsCardComesFromTheBottomEdge) {
     const auto item = add(u"a"_qs);
     show();
     view.perform([&] { view._route = DetailRoute::actions(item); });
-    auto& card = part<ActionsCard>();
+    auto& card = part<ItemActionsCardWidget>();
     EXPECT_GT(card.y(), 400);
     EXPECT_TRUE(waitFor([&] { return isAtRest(card); }));
     EXPECT_EQ(card.size().width(), 380);
@@ -253,9 +253,9 @@ TEST_F(ShelfLayoutTest, AScreenThatGoesIsSeenOnButCanNoLongerBeUsed) {
     show();
     auto& overlay = part<DetailOverlay>();
     view.perform([&] { view._route = DetailRoute::actions(item); });
-    ASSERT_TRUE(waitFor([&] { return isAtRest(part<ActionsCard>()); }));
+    ASSERT_TRUE(waitFor([&] { return isAtRest(part<ItemActionsCardWidget>()); }));
     view.perform([&] { view.popRoute(); });
-    EXPECT_TRUE(parts<ActionRow>().empty());
+    EXPECT_TRUE(parts<ActionRowButton>().empty());
     EXPECT_TRUE(overlay.isVisible());
     EXPECT_TRUE(overlay.testAttribute(Qt::WA_TransparentForMouseEvents));
     EXPECT_TRUE(field().hasFocus());

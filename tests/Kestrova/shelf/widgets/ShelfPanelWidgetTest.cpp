@@ -1,4 +1,4 @@
-#include "Kestrova/shelf/widgets/ActionRow.h"
+#include "Kestrova/detail/widgets/ActionRowButton.h"
 #include "Kestrova/shelf/widgets/ChipRow.h"
 #include "Kestrova/shelf/widgets/FilterChip.h"
 #include "Kestrova/shelf/widgets/ShelfContent.h"
@@ -172,30 +172,15 @@ TEST_F(ShelfPanelWidgetTest, EveryButtonHasANameAndAClickOnItLeavesTheKeyboardWh
     }
 }
 
-TEST_F(ShelfPanelWidgetTest, TheActionsCardWorksByKeys) {
-    const auto item = add(u"a"_qs);
-    show();
-    view.perform([&] { view._route = DetailRoute::actions(item); });
-    const auto rows = parts<ActionRow>();
-    ASSERT_GE(rows.size(), 4U);
-    EXPECT_TRUE(rows[0]->hasFocus());
-    QTest::keyClick(rows[0], Qt::Key_Down);
-    EXPECT_TRUE(rows[1]->hasFocus());
-    QTest::keyClick(rows[1], Qt::Key_Return);
-    EXPECT_TRUE(item->pinned());
-    EXPECT_FALSE(view._route);
-    EXPECT_TRUE(parts<ActionRow>().empty());
-}
-
 TEST_F(ShelfPanelWidgetTest, AnEditorThatWasOpenedFromTheCardComesBackToIt) {
     const auto item = add(u"a"_qs);
     show();
     view.perform([&] { view._route = DetailRoute::actions(item); });
-    tap(*parts<ActionRow>()[2]);
+    tap(*parts<ActionRowButton>()[2]);
     ASSERT_EQ(view._route, DetailRoute::edit(item));
     view.perform([&] { view.popRoute(); });
     EXPECT_EQ(view._route, DetailRoute::actions(item));
-    EXPECT_FALSE(parts<ActionRow>().empty());
+    EXPECT_FALSE(parts<ActionRowButton>().empty());
 }
 
 TEST_F(ShelfPanelWidgetTest, ClosingByTheWindowManagerOnlyAsks) {
@@ -203,17 +188,6 @@ TEST_F(ShelfPanelWidgetTest, ClosingByTheWindowManagerOnlyAsks) {
     panel.close();
     EXPECT_TRUE(panel.isVisible());
     EXPECT_EQ(dismissals, 1);
-}
-
-TEST_F(ShelfPanelWidgetTest, SpaceDoesNothingOnTheActionsCard) {
-    const auto item = add(u"words"_qs);
-    show();
-    view.perform([&] { view._route = DetailRoute::actions(item); });
-    const auto rows = parts<ActionRow>();
-    ASSERT_FALSE(rows.empty());
-    QTest::keyClick(rows[0], Qt::Key_Space);
-    EXPECT_TRUE(view._route);
-    EXPECT_TRUE(pasteboard.written().empty());
 }
 
 TEST_F(ShelfPanelWidgetTest, TheThemeFollowsThePreference) {
@@ -245,15 +219,16 @@ TEST_F(ShelfPanelWidgetTest, GoesQuietlyAfterTheState) {
     ShelfPanelWidget otherPanel({.mainQueue = otherQueue,
                                  .windowManagement = windowManagement,
                                  .appearance = appearance,
-                                 .toolkitRect = [](const ScreenRect&) { return QRect(0, 0, 960, 540); }});
+                                 .toolkitRect = [](const ScreenRect&) { return QRect(0, 0, 960, 540); },
+                                 .screenRect = [](const QRect&) { return ScreenRect(); }});
     {
-        ShelfPanelView otherView(
-            {*m_container, otherQueue, pasteboard, defaults, monitors, hud, otherPanel, workspace, sharing},
-            {.onSelect = [](const auto&) {},
-             .onDismiss = [] {},
-             .onEditImage = [](const auto&) {},
-             .onPanelWidthChange = [](double) {},
-             .onStepAside = [] {}});
+        ShelfPanelView otherView({*m_container, otherQueue, pasteboard, defaults, monitors, hud, otherPanel,
+                                  workspace, sharing, screens, linkPreviews},
+                                 {.onSelect = [](const auto&) {},
+                                  .onDismiss = [] {},
+                                  .onEditImage = [](const auto&) {},
+                                  .onPanelWidthChange = [](double) {},
+                                  .onStepAside = [] {}});
         otherPanel.setContent(otherView);
         otherPanel.orderFrontRegardless();
         otherView.viewAppears();

@@ -146,9 +146,7 @@ TEST_F(ShelfTabTest, AnOpenScreenKeepsTabToItself) {
         tab();
         seen.insert(panel.focusWidget()->accessibleName());
     }
-    EXPECT_TRUE(seen.contains(u"삭제"_qs));
-    EXPECT_FALSE(seen.contains(u"사이드바"_qs));
-    EXPECT_FALSE(seen.contains(u"검색"_qs));
+    EXPECT_EQ(seen, QSet{u"Paste"_qs});
     view.perform([&] { view.popRoute(); });
     EXPECT_TRUE(field().hasFocus());
 }

@@ -8,7 +8,9 @@
 #include "Platform/x11/QtMainQueue.h"
 #include "tests/support/FakeAppearance.h"
 #include "tests/support/FakeEventMonitors.h"
+#include "tests/support/FakeLinkPreviews.h"
 #include "tests/support/FakePasteboard.h"
+#include "tests/support/FakeScreens.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/RecordingHUD.h"
 #include "tests/support/RecordingSharing.h"
@@ -60,6 +62,13 @@ protected:
         return *std::ranges::find(view.items(), item->id(), &ClipboardItem::id);
     }
 
+    std::shared_ptr<KovaCollection> addCollection(const QString& name) {
+        m_elsewhere.insert(
+            std::make_shared<KovaCollection>(name, ++m_lastSortOrder, std::nullopt, std::nullopt));
+        EXPECT_TRUE(m_elsewhere.save());
+        return view.allCollections().back();
+    }
+
     void deleteElsewhere(ItemID id) {
         m_elsewhere.remove(*m_elsewhere.item(id));
         EXPECT_TRUE(m_elsewhere.save());
@@ -107,21 +116,21 @@ protected:
     FakeAppearance appearance;
     RecordingWorkspace workspace;
     RecordingSharing sharing;
+    FakeLinkPreviews linkPreviews{queue};
+    FakeScreens screens;
     int dismissals = 0;
     int stepsAside = 0;
     std::vector<News> news;
     ShelfPanelWidget panel{{.mainQueue = queue,
                             .windowManagement = windowManagement,
                             .appearance = appearance,
-                            .toolkitRect =
-                                [](const ScreenRect& frame) {
-                                    return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
-                                },
-                            .tellReaders =
-                                [this](const QAccessibleEvent* event) {
-                                    news.push_back({event->type(), event->object(), event->child()});
-                                }}};
-    ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing},
+                            .toolkitRect = &FakeScreens::toolkitRect,
+                            .screenRect = &FakeScreens::screenRect,
+                            .tellReaders = [this](const QAccessibleEvent* event) {
+                                news.push_back({event->type(), event->object(), event->child()});
+                            }}};
+    ShelfPanelView view{{*m_container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing,
+                         screens, linkPreviews},
                         {.onSelect = [](const auto&) {},
                          .onDismiss = [this] { ++dismissals; },
                          .onEditImage = [](const auto&) {},
@@ -140,6 +149,7 @@ private:
 
     ModelContext m_elsewhere{*m_container};
     int m_clock = 0;
+    std::int64_t m_lastSortOrder = 0;
     bool m_hasAppeared = false;
 };
 
