@@ -3,6 +3,7 @@
 #include "tests/desktop/Printing.h"
 #include "tests/desktop/ProbedHost.h"
 #include "tests/desktop/Waiting.h"
+#include "tests/desktop/XConnection.h"
 
 #include <QFile>
 
@@ -53,7 +54,10 @@ protected:
     /// What mousepad has is in the file once it was told to save.
     bool savedTextBecomes(const QString& window, const QString& text) {
         host.activate(window);
-        pressKeys(session, {u"ctrl+s"_s});
+        EXPECT_TRUE(eventually([&] {
+            pressKeys(session, {u"ctrl+s"_s});
+            return eventually([&] { return contents(file) == text; }, 2s);
+        }));
         return fileBecomes(text);
     }
 
@@ -61,6 +65,21 @@ protected:
         m_editor = &session.start(
             {.program = u"mousepad"_s, .arguments = {session.writeFile(u"text"_s, text.toUtf8())}});
         return activateWindowOfClass(session, u"Mousepad"_s);
+    }
+
+    /// Selects all of a text, which a window that has just come does when it has begun to take keys.
+    void selectAll() {
+        const XConnection x(session.display());
+        EXPECT_TRUE(eventually([&] {
+            pressKeys(session, {u"ctrl+a"_s});
+            return eventually([&] { return isPrimarySelectionOwned(x); }, 1s);
+        }));
+    }
+
+    static bool isPrimarySelectionOwned(const XConnection& x) {
+        const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+            x.get(), xcb_get_selection_owner(x.get(), XCB_ATOM_PRIMARY), nullptr));
+        return reply && reply->owner != XCB_WINDOW_NONE;
     }
 
     DesktopSession session{DesktopSession::Bus::Own, DesktopSession::Accessibility::On};
@@ -111,6 +130,7 @@ TEST_F(AccessibilityTest, APasswordIsNotWrittenTo) {
 
 TEST_F(AccessibilityTest, AGtkEditorTakesATextInPlaceOfItsSelectionAndTheCaretFollows) {
     const auto window = startMousepad(u"한글 one two\n"_s);
+    selectAll();
     pressKeys(session, {u"ctrl+Home"_s, u"Right"_s, u"Right"_s, u"Right"_s, u"shift+Right"_s,
                         u"shift+Right"_s, u"shift+Right"_s});
     host.comeToFront();
@@ -121,6 +141,7 @@ TEST_F(AccessibilityTest, AGtkEditorTakesATextInPlaceOfItsSelectionAndTheCaretFo
 
 TEST_F(AccessibilityTest, AGtkEditorTakesATextAtItsCaret) {
     const auto window = startMousepad(u"ab\n"_s);
+    selectAll();
     pressKeys(session, {u"ctrl+Home"_s, u"Right"_s});
     host.comeToFront();
     EXPECT_TRUE(insertEventually(window, manyBytes + u'\n' + manyBytes));

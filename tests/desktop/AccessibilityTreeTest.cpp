@@ -54,7 +54,7 @@ TEST_F(AccessibilityTreeTest, AllThatCanBeUsedHasANameAndARole) {
     ASSERT_TRUE(waitFor(u"보기 모드: 격자"_s));
     EXPECT_GE(expectAllUsable(), 13);
     keys.chord({keyAt::control, keyAt::k});
-    ASSERT_TRUE(waitFor(u"미리보기"_s));
+    ASSERT_TRUE(waitFor(u"Preview"_s));
     expectAllUsable();
     keys.tap(keyAt::escape);
     keys.chord({keyAt::control, keyAt::e});

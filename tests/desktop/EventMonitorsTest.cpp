@@ -1,5 +1,7 @@
 #include "tests/desktop/InputProbeProgram.h"
 #include "tests/desktop/KeyReceiver.h"
+#include "tests/desktop/Keys.h"
+#include "tests/desktop/Mouse.h"
 #include "tests/desktop/Printing.h"
 #include "tests/desktop/TestKeyboard.h"
 #include "tests/desktop/Waiting.h"
@@ -9,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 
 namespace kestrova::test {
 namespace {
@@ -40,11 +43,7 @@ class EventMonitorsTest : public ::testing::Test {
 protected:
     void SetUp() override {
         window = probe.ask(u"show"_s, u"window"_s).mid(7);
-        ASSERT_TRUE(eventually([&] {
-            session.run(u"xdotool"_s, {u"windowactivate"_s, window});
-            return session.run(u"xdotool"_s, {u"getwindowfocus"_s}).standardOutput.trimmed() ==
-                   window.toLatin1();
-        }));
+        giveKeyboardTo(session, window);
         keyboard.tap(Key::a);
         ASSERT_TRUE(probe.says(u"text a"_s));
         probe.ask(u"set "_s, u"set"_s);
@@ -58,6 +57,12 @@ protected:
     }
     void click(std::uint8_t button, QPoint point) {
         keyboard.click(button, static_cast<std::int16_t>(point.x()), static_cast<std::int16_t>(point.y()));
+    }
+    /// The probe comes to see the click when the mouse is at `next` already.
+    void clickAndMoveOnUnseen(std::uint8_t button, QPoint place, QPoint next) {
+        ASSERT_EQ(::kill(static_cast<pid_t>(probe.pid()), SIGSTOP), 0);
+        keyboard.clickAndMoveOn(button, place, next);
+        ASSERT_EQ(::kill(static_cast<pid_t>(probe.pid()), SIGCONT), 0);
     }
     void monitorKeys() {
         probe.ask(u"monitor-keys"_s, u"monitors keys"_s);
@@ -97,19 +102,49 @@ TEST_F(EventMonitorsTest, OtherButtonsAndOwnWindowsAreNot) {
     probe.forget();
     const auto inside = ownPoint();
     probe.forget();
-    // Who is under the pointer is asked when the press is dealt with, before the key that follows it.
+    // A key that follows a press is dealt with after it.
     click(kLeft, inside);
     keyboard.tap(Key::a);
     EXPECT_TRUE(probe.says(u"text a"_s));
-    // The frame that the window manager puts around it, which keeps the keys for a moment.
-    click(kLeft, inside - QPoint(0, 20));
-    EXPECT_TRUE(eventually([&] {
-        keyboard.tap(Key::b);
-        return probe.lines().last() != u"text a";
-    }));
+    // The middle of the frame's title: the button at its left opens a menu, which would keep the keys.
+    click(kLeft, inside + QPoint(80, -20));
+    keyboard.tap(Key::b);
+    EXPECT_TRUE(probe.says(u"text ab"_s));
     EXPECT_EQ(probe.count(u"click elsewhere"_s), 0);
     keyboard.click(kMiddle, 5, 790);
     keyboard.click(kWheelUp, 5, 790);
+    keyboard.click(kRight, 5, 790);
+    EXPECT_TRUE(probe.says(u"click elsewhere"_s));
+    EXPECT_EQ(probe.count(u"click elsewhere"_s), 1);
+}
+
+TEST_F(EventMonitorsTest, APressOnAnOwnWindowIsNotToldOfThoughThePointerHasLeftBeforeItIsSeen) {
+    probe.ask(kMonitorBoth, u"monitors mouse 1"_s);
+    const auto inside = ownPoint();
+    probe.forget();
+    clickAndMoveOnUnseen(kLeft, inside, {5, 790});
+    keyboard.click(kRight, 5, 790);
+    EXPECT_TRUE(probe.says(u"click elsewhere"_s));
+    EXPECT_EQ(probe.count(u"click elsewhere"_s), 1);
+}
+
+TEST_F(EventMonitorsTest, APressOnAnOwnWindowThatAnotherProgramKeepsBackIsNotToldOf) {
+    probe.ask(kMonitorBoth, u"monitors mouse 1"_s);
+    const auto inside = ownPoint();
+    probe.forget();
+    XConnection keeper(session.display());
+    const XReply<xcb_generic_error_t> refusal(xcb_request_check(
+        keeper.get(), xcb_grab_button_checked(keeper.get(), 0, keeper.root(), XCB_EVENT_MASK_BUTTON_PRESS,
+                                              XCB_GRAB_MODE_SYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
+                                              kLeft, XCB_MOD_MASK_ANY)));
+    ASSERT_EQ(refusal, nullptr);
+    keyboard.clickAndMoveOn(kLeft, inside, inside);
+    // A key that follows the press is dealt with after it.
+    keyboard.tap(Key::a);
+    EXPECT_TRUE(probe.says(u"text a"_s));
+    xcb_allow_events(keeper.get(), XCB_ALLOW_REPLAY_POINTER, XCB_CURRENT_TIME);
+    xcb_ungrab_button(keeper.get(), kLeft, keeper.root(), XCB_MOD_MASK_ANY);
+    xcb_flush(keeper.get());
     keyboard.click(kRight, 5, 790);
     EXPECT_TRUE(probe.says(u"click elsewhere"_s));
     EXPECT_EQ(probe.count(u"click elsewhere"_s), 1);
@@ -231,6 +266,41 @@ TEST_F(EventMonitorsTest, AHeldKeyComesAgainAndSaysSo) {
     EXPECT_TRUE(eventually([&] { return probe.count(u"key 11 0 b again window"_s) > 3; }));
     keyboard.release(Key::b);
     EXPECT_EQ(probe.count(u"key 11 0 b once window"_s), 1);
+}
+
+TEST_F(EventMonitorsTest, ASwallowedKeyReachesNobodyUntilItIsReleasedThoughNoMonitorSwallowsItAnyMore) {
+    session.run(u"xset"_s, {u"r"_s, u"rate"_s, u"50"_s, u"100"_s});
+    monitorKeys();
+    probe.ask(u"swallow 11"_s, u"swallows"_s);
+    keyboard.press(Key::b);
+    EXPECT_TRUE(probe.says(u"key 11 0 b again window"_s));
+    probe.ask(u"swallow 99"_s, u"swallows"_s);
+    probe.forget();
+    EXPECT_TRUE(eventually([&] { return probe.count(u"key 11 0 b again window"_s) > 3; }));
+    keyboard.release(Key::b);
+    keyboard.tap(Key::a);
+    EXPECT_TRUE(probe.says(u"text a"_s)) << probe.lines().join(u'|').toStdString();
+    keyboard.tap(Key::b);
+    EXPECT_TRUE(probe.says(u"text ab"_s));
+}
+
+TEST_F(EventMonitorsTest, AModifierThatIsReleasedDuringADragIsHeldNoLongerAfterIt) {
+    monitorKeys();
+    probe.ask(u"set words"_s, u"set"_s);
+    keyboard.chord({Key::control, Key::a});
+    probe.forget();
+    keyboard.press(Key::control);
+    EXPECT_TRUE(probe.says(u"flags 100000 window"_s));
+    Mouse mouse(session.display());
+    const QPoint text = ownPoint() + QPoint(10, 10);
+    mouse.pull(text, {5, 790});
+    keyboard.release(Key::control);
+    mouse.release();
+    EXPECT_TRUE(eventually([&] {
+        mouse.moveTo(text);
+        mouse.moveTo(text + QPoint(1, 0));
+        return probe.count(u"flags 0 elsewhere"_s) > 0;
+    }));
 }
 
 TEST_F(EventMonitorsTest, TheTextFieldsOwnKeysAreNotToldOf) {

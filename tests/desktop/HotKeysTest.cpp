@@ -1,5 +1,6 @@
 #include "tests/desktop/InputProbeProgram.h"
 #include "tests/desktop/KeyReceiver.h"
+#include "tests/desktop/Keys.h"
 #include "tests/desktop/Printing.h"
 #include "tests/desktop/TestKeyboard.h"
 #include "tests/desktop/Waiting.h"
@@ -280,7 +281,7 @@ TEST_F(HotKeysTest, AModifierThatMovesIsFollowed) {
 
 TEST_F(HotKeysTest, AMenuOfItsOwnOffersItsKeys) {
     const QString window = probe.ask(u"show"_s, u"window"_s).mid(7);
-    session.run(u"xdotool"_s, {u"windowfocus"_s, u"--sync"_s, window});
+    giveKeyboardTo(session, window);
     probe.ask(u"deliver-raw 1"_s, u"delivers raw"_s);
     probe.ask(u"swallow 125"_s, u"swallows"_s);
     probe.forget();

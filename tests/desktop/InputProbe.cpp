@@ -51,6 +51,7 @@ public:
         m_menu.addAction(u"First"_s, [] { say(u"menu chose first"_s); });
         m_menu.addAction(u"Second"_s);
         m_window.setWindowTitle(u"Input probe"_s);
+        m_window.setDragEnabled(true);
         QObject::connect(&m_window, &QLineEdit::textChanged,
                          [](const QString& text) { say(u"text "_s + text); });
         m_menuTracking.onDidBegin = [] { say(u"menu begins"_s); };

@@ -207,7 +207,7 @@ TEST_F(KeyPosterTest, WhatIsSelectedStaysSoWhileATerminalsKeyboardIsHeld) {
 
 TEST_F(KeyPosterTest, AWindowOfItsOwnGetsNothingNotEvenAsTheTarget) {
     const QString window = probe.ask(u"show"_s, u"window"_s).mid(7);
-    session.run(u"xdotool"_s, {u"windowfocus"_s, u"--sync"_s, window});
+    giveKeyboardTo(session, window);
     probe.ask(u"write never"_s, u"wrote"_s);
     const auto droppings = [this] {
         return probe.log().count(u"Paste dropped: the focus is in a window of this program"_s);

@@ -36,6 +36,16 @@ QString activateWindowTitled(DesktopSession& session, const QString& title) {
     return activate(session, u"--name"_s, title);
 }
 
+void giveKeyboardTo(DesktopSession& session, const QString& window) {
+    // A window that was only just made cannot have it yet, and what is asked of it then is lost.
+    const bool hasIt = eventually([&] {
+        session.run(u"xdotool"_s, {u"windowactivate"_s, window});
+        return session.run(u"xdotool"_s, {u"getwindowfocus"_s}).standardOutput.trimmed() == window.toLatin1();
+    });
+    if (!hasIt)
+        throw std::runtime_error("the window does not get the keyboard");
+}
+
 void pressKeys(DesktopSession& session, const QStringList& chords) {
     session.run(u"xdotool"_s, QStringList{u"key"_s, u"--clearmodifiers"_s, u"--delay"_s, u"30"_s} + chords);
 }

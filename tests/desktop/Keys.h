@@ -10,6 +10,10 @@ QString activateWindowOfClass(DesktopSession& session, const QString& windowClas
 /// As above, for a window whose title matches `title`.
 QString activateWindowTitled(DesktopSession& session, const QString& title);
 
+/// Makes a window active, tried again until it has the keyboard itself. Throws std::runtime_error if it has
+/// not at the deadline.
+void giveKeyboardTo(DesktopSession& session, const QString& window);
+
 /// Presses and releases the chords, such as "ctrl+a", one after the other; the active window gets them.
 void pressKeys(DesktopSession& session, const QStringList& chords);
 

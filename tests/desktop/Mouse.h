@@ -17,8 +17,23 @@ public:
     /// Moves there, presses and lets go.
     void click(QPoint place, Button button = Button::Left);
 
+    /// Presses the left button at `from` and holds it on the way to `to`, as slowly as a hand.
+    void pull(QPoint from, QPoint to);
+    /// Goes on from where it is.
+    void pullOn(QPoint to);
+    /// Lets the left button go.
+    void release();
+    void drag(QPoint from, QPoint to) {
+        pull(from, to);
+        release();
+    }
+
 private:
+    void fakeButton(std::uint8_t type, Button button);
+    void settle() const;
+
     XConnection m_x;
+    QPoint m_place;
 };
 
 } // namespace kestrova::test

@@ -14,16 +14,20 @@ namespace {
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
-/// Presses the chords until `isCopied`: a program whose window has just come may not listen yet, and copying
+/// Does what copies until `isCopied`: a program whose window has just come may not listen yet, and copying
 /// the same thing again changes nothing.
-void pressUntil(DesktopSession& session, const QStringList& chords, const std::function<bool()>& isCopied) {
-    constexpr int kTries = 8;
-    for (int attempt = 0; attempt < kTries; ++attempt) {
-        pressKeys(session, chords);
-        if (eventually(isCopied, 2s))
+void repeatUntil(const std::function<bool()>& isCopied, const std::function<void()>& copy) {
+    // Each time the program gets longer: one that is busy answers late, and all at once.
+    for (auto patience = 1s; patience <= 32s; patience *= 2) {
+        copy();
+        if (eventually(isCopied, patience))
             return;
     }
-    throw std::runtime_error("nothing was copied by " + chords.join(u' ').toStdString());
+    throw std::runtime_error("nothing was copied");
+}
+
+void pressUntil(DesktopSession& session, const QStringList& chords, const std::function<bool()>& isCopied) {
+    repeatUntil(isCopied, [&] { pressKeys(session, chords); });
 }
 
 /// True once another client than the one at construction owns the clipboard.
@@ -87,9 +91,20 @@ void copyPassword(DesktopSession& session, const QByteArray& password) {
                [&reader] { return std::ranges::count(reader.targets(), "x-kde-passwordManagerHint") == 1; });
 }
 
+QString showInBrowser(DesktopSession& session, const QString& title, const QByteArray& page) {
+    const QString file = session.writeFile(u"home/page.html"_s,
+                                           "<!doctype html><title>" + title.toUtf8() + "</title>\n" + page);
+    session.start(
+        {.program = u"chromium"_s,
+         .arguments = {u"--no-sandbox"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
+                       u"--no-default-browser-check"_s, u"--disable-background-networking"_s,
+                       u"--disable-component-update"_s, u"--disable-sync"_s, u"--password-store=basic"_s,
+                       u"--user-data-dir="_s + session.path(u"home/browser"_s), u"file://"_s + file}});
+    return activateWindowTitled(session, title);
+}
+
 Browser::Browser(DesktopSession& session) : m_session(session) {
-    const QString page = session.writeFile(u"home/page.html"_s, R"(<!doctype html><title>Picture page</title>
-<canvas id="picture" width="64" height="48"></canvas>
+    showInBrowser(session, u"Picture page"_s, R"(<canvas id="picture" width="64" height="48"></canvas>
 <script>
 const pen = picture.getContext('2d');
 pen.fillStyle = '#2040c0';
@@ -103,13 +118,6 @@ document.addEventListener('keydown', async event => {
 });
 </script>
 )");
-    session.start(
-        {.program = u"chromium"_s,
-         .arguments = {u"--no-sandbox"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
-                       u"--no-default-browser-check"_s, u"--disable-background-networking"_s,
-                       u"--disable-component-update"_s, u"--disable-sync"_s, u"--password-store=basic"_s,
-                       u"--user-data-dir="_s + session.path(u"home/browser"_s), u"file://"_s + page}});
-    activateWindowTitled(session, u"Picture page"_s);
 }
 
 void Browser::copyPicture() {
@@ -118,10 +126,15 @@ void Browser::copyPicture() {
 
 void Browser::copyTypedAddress(const QString& address) {
     ClipboardReader reader(m_session.display());
-    pressKeys(m_session, {u"ctrl+l"_s});
-    m_session.run(u"xdotool"_s, {u"type"_s, u"--delay"_s, u"15"_s, address});
-    pressUntil(m_session, {u"ctrl+a"_s, u"ctrl+c"_s},
-               [&reader, &address] { return reader.read("UTF8_STRING") == address.toUtf8(); });
+    // From the beginning each time: keys that were pressed before the browser listened are lost, and what is
+    // typed takes the place of what the address bar had selected.
+    repeatUntil([&] { return reader.read("UTF8_STRING") == address.toUtf8(); },
+                [&] {
+                    activateWindowTitled(m_session, u"Picture page"_s);
+                    pressKeys(m_session, {u"ctrl+l"_s});
+                    m_session.run(u"xdotool"_s, {u"type"_s, u"--delay"_s, u"15"_s, address});
+                    pressKeys(m_session, {u"ctrl+a"_s, u"ctrl+c"_s});
+                });
 }
 
 void copyFromTerminal(DesktopSession& session, const QByteArray& bytes, const QString& target) {

@@ -16,6 +16,9 @@ void copyAllInFolder(DesktopSession& session, const QString& path);
 /// A password manager opens a database that holds `password`; it is copied.
 void copyPassword(DesktopSession& session, const QByteArray& password);
 
+/// A browser shows `page` under that title. Answers its window as it is activated.
+QString showInBrowser(DesktopSession& session, const QString& title, const QByteArray& page);
+
 /// A browser on a page of ours.
 class Browser {
 public:

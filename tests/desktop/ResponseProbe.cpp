@@ -2,6 +2,8 @@
 
 #include "tests/desktop/CommandConnection.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 namespace kestrova::test {
@@ -25,8 +27,14 @@ ResponseProbe::~ResponseProbe() {
 
 ResponseProbe::Result ResponseProbe::stop() {
     m_stopping = true;
-    if (m_thread.joinable())
-        m_thread.join();
+    if (!m_thread.joinable())
+        return m_result;
+    m_thread.join();
+    if (!m_durations.empty()) {
+        std::ranges::sort(m_durations);
+        m_result.typical = std::chrono::ceil<std::chrono::milliseconds>(m_durations[m_durations.size() / 2]);
+        m_result.slowest = std::chrono::ceil<std::chrono::milliseconds>(m_durations.back());
+    }
     return m_result;
 }
 
@@ -38,10 +46,16 @@ void ResponseProbe::measure(const QString& busAddress) {
             ++m_result.answers;
         else
             ++m_result.failures;
-        const auto took = std::chrono::steady_clock::now() - asked;
-        m_result.slowest = std::max(m_result.slowest, std::chrono::ceil<std::chrono::milliseconds>(took));
+        m_durations.push_back(std::chrono::steady_clock::now() - asked);
         std::this_thread::sleep_for(kPeriod);
     }
+}
+
+void expectPrompt(const ResponseProbe::Result& answers) {
+    EXPECT_EQ(answers.failures, 0);
+    EXPECT_GT(answers.answers, 0);
+    EXPECT_LE(answers.typical, 50ms);
+    EXPECT_LT(answers.slowest, 1s);
 }
 
 } // namespace kestrova::test

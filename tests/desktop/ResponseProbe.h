@@ -21,6 +21,8 @@ public:
     struct Result {
         int answers = 0;
         int failures = 0;
+        /// Half of the answers took no longer.
+        std::chrono::milliseconds typical{};
         std::chrono::milliseconds slowest{};
     };
     /// Ends the measurement.
@@ -31,7 +33,12 @@ private:
 
     std::atomic<bool> m_stopping = false;
     Result m_result;
+    std::vector<std::chrono::steady_clock::duration> m_durations;
     std::thread m_thread;
 };
+
+/// Whoever waits for another program waits for seconds. Beside other work any program may be kept waiting for
+/// a moment, so a single answer proves nothing.
+void expectPrompt(const ResponseProbe::Result& answers);
 
 } // namespace kestrova::test

@@ -288,7 +288,7 @@ TEST_F(ShelfByKeysTest, WhatIsDoneToItemsIsWhatTheStoreSays) {
     keys.tap(keyAt::down);
     ASSERT_TRUE(elements->waitForSelectedItem(pinned));
     keys.chord({keyAt::control, keyAt::e});
-    ASSERT_TRUE(elements->waitForFocus(u"편집"_s, u"text"_s));
+    ASSERT_TRUE(elements->waitForFocus(u"Edit Text"_s, u"text"_s));
     keys.chord({keyAt::control, kEnd});
     keys.type(" edited");
     keys.chord({keyAt::control, keyAt::s});

@@ -179,7 +179,7 @@ TEST_F(ShelfByPointerTest, AClickSelectsAndADoubleClickCopiesWithoutPasting) {
     mouse.click(row.center());
     EXPECT_TRUE(elements->waitForSelectedItem(u"텍스트, older"_s));
     // What is selected is what the preview shows.
-    EXPECT_TRUE(elements->waitFor(u"older"_s));
+    EXPECT_TRUE(elements->waitFor(u"Length: 5 chars"_s));
     EXPECT_FALSE(ClipboardReader(session.display()).read("UTF8_STRING"));
 
     ASSERT_TRUE(clickItem(u"텍스트, oldest"_s));

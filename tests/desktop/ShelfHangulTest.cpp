@@ -1,4 +1,4 @@
-#include "tests/desktop/ShelfTest.h"
+#include "tests/desktop/HangulTest.h"
 #include "tests/desktop/TypingTarget.h"
 
 namespace kestrova::test {
@@ -6,30 +6,11 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Korean as people write it: an input method composes each syllable of several keys.
-class ShelfHangulTest : public ShelfTest {
+class ShelfHangulTest : public HangulTest {
 protected:
     void SetUp() override {
-        session.environment().insert(u"QT_IM_MODULE"_s, u"ibus"_s);
-        session.start({.program = u"ibus-daemon"_s,
-                       .arguments = {u"--replace"_s, u"--panel=disable"_s, u"--emoji-extension=disable"_s}});
-        ASSERT_TRUE(eventually([this] {
-            return session.run(u"ibus"_s, {u"engine"_s, u"hangul"_s}).exitStatus == 0 &&
-                   session.run(u"ibus"_s, {u"engine"_s}).standardOutput.trimmed() == "hangul";
-        }));
+        HangulTest::SetUp();
         startWith({u"사과 apple"_s, u"배 pear"_s, u"체리 cherry"_s});
-    }
-    /// The input method begins with Latin letters, and attends to a window some time after that has the
-    /// keyboard. False if no Korean ones come.
-    bool switchToKorean() {
-        return eventually([this] {
-            // The keys of 가 and a blank, which ends the composition.
-            shelf.search("rk ");
-            if (shelf.searchText() == "가 ")
-                return true;
-            keys.chord({keyAt::shift, keyAt::space});
-            return false;
-        });
     }
 };
 

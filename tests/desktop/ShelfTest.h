@@ -25,6 +25,18 @@ protected:
         for (const QString& text : texts)
             ASSERT_EQ(program.command({QStringLiteral("add"), text}).exitStatus, 0);
     }
+    /// From now on windows are blended with what lies behind them.
+    void startCompositor() {
+        session.start({.program = QStringLiteral("picom"),
+                       .arguments = {QStringLiteral("--backend"), QStringLiteral("xrender"),
+                                     QStringLiteral("--config"), QStringLiteral("/dev/null")}});
+        const XConnection x(session.display());
+        ASSERT_TRUE(eventually([&x] {
+            const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+                x.get(), xcb_get_selection_owner(x.get(), x.atom("_NET_WM_CM_S0")), nullptr));
+            return owner && owner->owner != XCB_NONE;
+        }));
+    }
     void pressShortcut() { keys.chord({keyAt::super, keyAt::shift, keyAt::v}); }
     void pressCommandDigit(int digit) { keys.chord({keyAt::control, keyAt::digit(digit)}); }
 

@@ -2,7 +2,10 @@
 
 #include "tests/desktop/XConnection.h"
 
+#include <QPoint>
+
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace kestrova::test {
@@ -32,7 +35,12 @@ public:
     void tap(std::uint8_t key);
     /// Presses all, then releases all in reverse order.
     void chord(const std::vector<std::uint8_t>& keys);
+    /// Returns when the press and the release have gone out to whoever gets them. A window manager that keeps
+    /// a press back while it makes up its mind about it keeps back all that the mouse does after it, too.
     void click(std::uint8_t button, std::int16_t x, std::int16_t y);
+    /// Moves the mouse and presses, and whatever becomes of that, lets go and moves it on. Returns when the
+    /// mouse is there.
+    void clickAndMoveOn(std::uint8_t button, QPoint place, QPoint next);
     bool isDown(std::uint8_t key);
     /// The state of the core keyboard's modifiers.
     std::uint16_t modifiers();
@@ -41,7 +49,15 @@ public:
     void finish();
 
 private:
+    struct MouseState {
+        QPoint place;
+        /// Bit 1 for the first button, and so on.
+        std::uint32_t buttons = 0;
+    };
+
     void fake(std::uint8_t type, std::uint8_t detail);
+    void move(QPoint place);
+    void awaitMouse(const std::function<bool(const MouseState&)>& isDone);
 
     XConnection m_x;
 };

@@ -58,16 +58,6 @@ protected:
         program.editDefault(u"hudDurationMs"_s, milliseconds);
         ASSERT_TRUE(program.start());
     }
-    void startCompositor() {
-        session.start({.program = u"picom"_s,
-                       .arguments = {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s}});
-        const XConnection x(session.display());
-        ASSERT_TRUE(eventually([&x] {
-            const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-                x.get(), xcb_get_selection_owner(x.get(), x.atom("_NET_WM_CM_S0")), nullptr));
-            return owner && owner->owner != XCB_NONE;
-        }));
-    }
     void moveWindow(xcb_window_t moved, QPoint place, QSize size) {
         session.run(u"xdotool"_s,
                     {u"windowsize"_s, u"--sync"_s, QString::number(moved), QString::number(size.width()),

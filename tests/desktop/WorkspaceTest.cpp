@@ -1,8 +1,12 @@
 #include "tests/desktop/DesktopSession.h"
 #include "tests/desktop/Keys.h"
+#include "tests/desktop/Pictures.h"
 #include "tests/desktop/ProbedHost.h"
 #include "tests/desktop/Waiting.h"
 #include "tests/desktop/XConnection.h"
+
+#include <QDir>
+#include <QFile>
 
 #include <csignal>
 #include <gtest/gtest.h>
@@ -38,11 +42,11 @@ public:
     QString number() const { return m_number; }
     void destroy() {
         xcb_destroy_window(m_x.get(), m_x.window());
-        xcb_flush(m_x.get());
+        awaitServer();
     }
     void withdraw() {
         xcb_unmap_window(m_x.get(), m_x.window());
-        xcb_flush(m_x.get());
+        awaitServer();
     }
     bool hasFocus() const {
         const XReply<xcb_get_input_focus_reply_t> reply(
@@ -51,6 +55,12 @@ public:
     }
 
 private:
+    /// Whoever asks afterwards finds it done.
+    void awaitServer() const {
+        const XReply<xcb_get_input_focus_reply_t> done(
+            xcb_get_input_focus_reply(m_x.get(), xcb_get_input_focus(m_x.get()), nullptr));
+    }
+
     XConnection m_x;
     QString m_number;
 };
@@ -136,6 +146,46 @@ TEST_F(WorkspaceTest, AnApplicationHasTerminatedOnceItsProcessHasGone) {
     EXPECT_FALSE(host.isTerminated(window));
     terminal.signal(SIGKILL);
     EXPECT_TRUE(eventually([&] { return host.isTerminated(window); }));
+}
+
+/// An application that two languages have names for, on a desktop whose icon theme has next to nothing.
+class DescribedApplicationsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        session.writeFile(u"data/applications/org.example.Notes.desktop"_s,
+                          "[Desktop Entry]\nType=Application\nName=Notes\nName[ko]=메모장\nExec=true\n"
+                          "Icon=notes\nStartupWMClass=Notepad\nNoDisplay=true\n");
+        session.writeFile(u"data/icons/hicolor/index.theme"_s,
+                          "[Icon Theme]\nName=Hicolor\nDirectories=16\n[16]\nSize=16\n");
+        for (const auto& name : {u"notes"_s, u"application-pdf"_s, u"image-x-generic"_s, u"folder"_s})
+            session.writeFile(u"data/icons/hicolor/16/%1.png"_s.arg(name), pngPicture({16, 16}, 1));
+        session.environment().insert(u"XDG_DATA_DIRS"_s, session.path(u"none"_s));
+    }
+
+    DesktopSession session;
+};
+
+TEST_F(DescribedApplicationsTest, AnApplicationHasItsEntrysNameAndIcon) {
+    ProbedHost host(session);
+    EXPECT_EQ(host.ask(u"describe org.example.Notes"_s), u"Notes 1"_s);
+    EXPECT_EQ(host.ask(u"describe Notepad"_s), u"Notes 1"_s);
+    EXPECT_EQ(host.ask(u"describe Other"_s), u"none"_s);
+}
+
+TEST_F(DescribedApplicationsTest, TheNameIsInThePersonsLanguage) {
+    session.environment().insert(u"LANGUAGE"_s, u"ko"_s);
+    ProbedHost host(session);
+    EXPECT_EQ(host.ask(u"describe org.example.Notes"_s), u"메모장 1"_s);
+}
+
+TEST_F(DescribedApplicationsTest, AFileHasTheIconOfItsTypeOrElseOfItsKind) {
+    // What types there are is the system's to say.
+    ASSERT_TRUE(QDir().mkpath(session.path(u"none"_s)));
+    ASSERT_TRUE(QFile::link(u"/usr/share/mime"_s, session.path(u"none/mime"_s)));
+    ProbedHost host(session);
+    EXPECT_EQ(host.ask(u"icon /nowhere/a b.pdf"_s), u"application-pdf"_s);
+    EXPECT_EQ(host.ask(u"icon /nowhere/a.tga"_s), u"image-x-generic"_s);
+    EXPECT_EQ(host.ask(u"icon "_s + session.path(u"home"_s)), u"folder"_s);
 }
 
 } // namespace

@@ -6,6 +6,9 @@
 #include "Kestrova/shelf/widgets/SidebarRow.h"
 #include "KestrovaCore/ClipboardItem.h"
 #include "KestrovaCore/KovaCollection.h"
+#include "tests/pictures/CardScenes.h"
+#include "tests/pictures/DetailScenes.h"
+#include "tests/pictures/ScreenScenes.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -311,11 +314,6 @@ void editCollection(ShelfPanelView& view) {
 
 Scenes sheetScenes() {
     return {
-        {.name = u"actions"_qs,
-         .enter =
-             [](ShelfPanelView& view) {
-                 view.perform([&] { view._route = DetailRoute::actions(find(view, Type::text)); });
-             }},
         {.name = u"edit"_qs,
          .enter = [](ShelfPanelView& view) { view.perform([&] { view.edit(find(view, Type::text)); }); }},
         {.name = u"preview"_qs,
@@ -352,7 +350,12 @@ Scenes fontScenes(const Scenes& others) {
                             u"empty"_qs,
                             u"grid-nothing-found"_qs,
                             u"new-collection"_qs,
-                            u"actions"_qs};
+                            u"actions"_qs,
+                            u"actions-every-row"_qs,
+                            u"actions-collections"_qs,
+                            u"edit-text"_qs,
+                            u"preview-colour"_qs,
+                            u"preview-text"_qs};
     Scenes scenes;
     for (const auto& scene : others)
         if (names.contains(scene.name))
@@ -368,8 +371,8 @@ Scenes fontScenes(const Scenes& others) {
 
 Scenes shelfScenes() {
     Scenes all;
-    for (const auto make :
-         {paneScenes, lensScenes, listScenes, keyScenes, extremeScenes, menuScenes, sheetScenes})
+    for (const auto make : {paneScenes, lensScenes, listScenes, keyScenes, extremeScenes, menuScenes,
+                            sheetScenes, cardScenes, detailScenes, screenScenes})
         std::ranges::move(make(), std::back_inserter(all));
     std::ranges::move(fontScenes(all), std::back_inserter(all));
     return all;

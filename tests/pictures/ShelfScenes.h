@@ -10,7 +10,7 @@ namespace kestrova {
 
 /// A state of the shelf worth a picture.
 struct ShelfScene {
-    enum class History { empty, everyKind, extremes, many };
+    enum class History { empty, everyKind, extremes, many, details };
 
     QString name;
     std::function<void(ShelfPanelView&)> enter = [](ShelfPanelView&) {};

@@ -3,15 +3,18 @@
 #include "Platform/WindowManagement.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "Platform/x11/X11WindowManagement.h"
+#include "tests/pictures/DetailHistory.h"
 #include "tests/pictures/SampleHistories.h"
+#include "tests/pictures/SampleWorkspace.h"
 #include "tests/pictures/ShelfScenes.h"
 #include "tests/support/FakeAppearance.h"
 #include "tests/support/FakeEventMonitors.h"
+#include "tests/support/FakeLinkPreviews.h"
 #include "tests/support/FakePasteboard.h"
+#include "tests/support/FakeScreens.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/RecordingHUD.h"
 #include "tests/support/RecordingSharing.h"
-#include "tests/support/RecordingWorkspace.h"
 
 #include <QApplication>
 #include <QDir>
@@ -45,11 +48,10 @@ public:
         : panel({.mainQueue = queue,
                  .windowManagement = windowManagement,
                  .appearance = appearance,
-                 .toolkitRect =
-                     [](const ScreenRect& frame) {
-                         return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
-                     }}),
-          view({container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing},
+                 .toolkitRect = &FakeScreens::toolkitRect,
+                 .screenRect = &FakeScreens::screenRect}),
+          view({container, queue, pasteboard, defaults, monitors, hud, panel, workspace, sharing, screens,
+                linkPreviews},
                {.onSelect = [](const auto&) {},
                 .onDismiss = [] {},
                 .onEditImage = [](const auto&) {},
@@ -59,6 +61,7 @@ public:
                     },
                 .onStepAside = [] {}}) {
         defaults.set(QStringLiteral("themePreference"), theme);
+        linkPreviews.known = detailPreviews();
         panel.setContent(view);
     }
 
@@ -75,8 +78,10 @@ public:
     InMemoryUserDefaults defaults;
     FakeEventMonitors monitors;
     RecordingHUD hud;
-    RecordingWorkspace workspace;
+    SampleWorkspace workspace;
     RecordingSharing sharing;
+    FakeLinkPreviews linkPreviews{queue};
+    FakeScreens screens;
     FakeAppearance appearance;
     ShelfPanelWidget panel;
     ShelfPanelView view;
@@ -170,6 +175,8 @@ private:
             return fillWithExtremes(store);
         case ShelfScene::History::many:
             return fillWithMany(store);
+        case ShelfScene::History::details:
+            return fillWithDetails(store);
         }
         Q_UNREACHABLE();
     }
