@@ -11,6 +11,7 @@ void measureMemory(Desktop& desktop);
 void measureCopy(Desktop& desktop);
 void measureShelf(Desktop& desktop);
 void measureBrowsing(Desktop& desktop);
+void measureDetails(Desktop& desktop);
 void measureIdle(Desktop& desktop);
 
 } // namespace kestrova::bench

@@ -49,6 +49,16 @@ const Desktop::History& Desktop::largePictures() {
     return *m_largePictures;
 }
 
+Desktop::History Desktop::hugePicture() const {
+    return made("a picture of 8000x8000", {.pictures = 1, .pictureSize = {8'000, 8'000}});
+}
+
+Desktop::History Desktop::holding(const std::string& name, const QString& text) const {
+    const QString dataHome = m_session.path(u"history of "_s + QString::fromStdString(name));
+    fillStore(dataHome + u'/' + identifier, text);
+    return {name, dataHome};
+}
+
 Desktop::History Desktop::made(const std::string& name, const SampleHistory& contents) const {
     const QString dataHome = m_session.path(u"history-%1-%2"_s.arg(contents.texts).arg(contents.pictures));
     fillStore(dataHome + u'/' + identifier, contents);

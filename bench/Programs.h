@@ -31,6 +31,10 @@ public:
     const History& manyTexts();
     /// A thousand of the size of a large display; made when it is first asked for.
     const History& largePictures();
+    /// One of 8000 x 8000 pixels. Made at each call.
+    History hugePicture() const;
+    /// Only this text. Made at each call.
+    History holding(const std::string& name, const QString& text) const;
 
 private:
     History made(const std::string& name, const SampleHistory& contents) const;

@@ -58,4 +58,15 @@ FilledStore fillStore(const QString& directory, const SampleHistory& history) {
     return filled;
 }
 
+FilledStore fillStore(const QString& directory, const QString& text) {
+    KovaStore store(directory);
+    const auto container = store.container();
+    if (!container)
+        throw std::runtime_error("no store: " + container.error().message.toStdString());
+    ModelContext context(*container.value());
+    context.insert(makeItem(text, ClipboardItemType::text, 0));
+    save(context);
+    return {.file = store.filePath(), .textBytes = text.toUtf8().size()};
+}
+
 } // namespace kestrova::bench

@@ -25,5 +25,7 @@ struct FilledStore {
 /// Makes a store in `directory` as the program would and closes it, its log carried over. Pictures are older
 /// than texts. Throws std::runtime_error if that fails.
 FilledStore fillStore(const QString& directory, const SampleHistory& history);
+/// The same of a store that holds only this text.
+FilledStore fillStore(const QString& directory, const QString& text);
 
 } // namespace kestrova::bench

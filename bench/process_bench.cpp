@@ -20,7 +20,8 @@ struct Measurement {
 constexpr std::array measurements{
     Measurement{"start", measureStart},     Measurement{"memory", measureMemory},
     Measurement{"copy", measureCopy},       Measurement{"shelf", measureShelf},
-    Measurement{"browse", measureBrowsing}, Measurement{"idle", measureIdle}};
+    Measurement{"browse", measureBrowsing}, Measurement{"details", measureDetails},
+    Measurement{"idle", measureIdle}};
 
 } // namespace
 
