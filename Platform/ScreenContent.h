@@ -45,7 +45,8 @@ struct ShareableWindow {
     /// Neither minimised nor on another desktop.
     bool isOnScreen = false;
     /// With its decoration, without the shadow that it draws itself. In points, y downwards from the upper
-    /// left corner of the primary display.
+    /// left corner of the primary display. Its width and its height, times the scale of the display that
+    /// shows most of it and cut off to whole numbers, are the window's pixels.
     QRectF frame;
     /// As the desktop shows it.
     std::optional<QString> title;
@@ -81,7 +82,8 @@ struct PictureConfiguration {
     /// if absent.
     std::optional<QRectF> sourceRect;
     /// The size of the picture. Nothing is scaled: what is smaller is filled up with transparency, what is
-    /// larger is cut off, both at the right and at the bottom.
+    /// larger is cut off, both at the right and at the bottom. But a window's picture has the window's own
+    /// pixels, no more and no less, if its frame at the scale of any display gives this size.
     QSize pixels;
 
     bool operator==(const PictureConfiguration&) const = default;

@@ -30,6 +30,7 @@ struct ScreenRect {
 /// One display.
 struct Screen {
     std::uint32_t identifier = 0;
+    /// Its width and its height, times `scale` and cut off to whole numbers, are the display's pixels.
     ScreenRect frame;
     /// Without the desktop's panels.
     ScreenRect visibleFrame;

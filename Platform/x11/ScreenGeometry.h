@@ -4,6 +4,8 @@
 
 #include <QPoint>
 #include <QRect>
+#include <QRectF>
+#include <QSize>
 
 #include <cstddef>
 #include <cstdint>
@@ -18,10 +20,9 @@ struct NativeDisplay {
     /// Upper left corner in pixels of the whole desktop, y downwards. In the toolkit's coordinates the corner
     /// has the same numbers, whatever the scales are.
     QPoint origin;
-    /// In points: the toolkit rounds the pixels divided by the scale.
-    QSize size;
+    QSize pixels;
     /// The part without panels, in points from the display's upper left corner.
-    QRect available;
+    QRectF available;
     /// Pixels per point.
     double scale = 1;
 
@@ -38,7 +39,8 @@ struct WindowPlace {
 };
 
 /// Turns places on the displays over, from the desktop's coordinates into global points and back. Each
-/// display is mapped on its own: its corner stays at its pixel, and what lies within is divided by its scale.
+/// display is mapped on its own: its corner stays at its pixel, and what lies within is divided by its scale,
+/// which need not give whole points.
 /// A pixel stands for its centre, so that the outermost ones lie within the display after y was turned over.
 class ScreenGeometry {
 public:
@@ -53,8 +55,28 @@ public:
     /// is no display.
     std::optional<Screen> screenOfPixels(const QRect& pixels) const;
 
+    /// The pixels of a display on the desktop; absent if it is not there.
+    std::optional<QRect> pixelsOf(std::uint32_t identifier) const;
+    /// Where on the desktop the pixels of a picture of `size` lie that shows a display from the upper left
+    /// corner of `sourceRect` on, in points, y downwards from the display's; from its own corner if that is
+    /// absent. Absent if the display is not there.
+    std::optional<QRect> pixelsOfPicture(std::uint32_t identifier, const std::optional<QRectF>& sourceRect,
+                                         QSize size) const;
+    /// A window of the desktop in points, y downwards from the primary display's upper left corner, divided
+    /// by the scale of the display on which most of it lies, else of the nearest one: multiplied by that
+    /// scale, its size is its pixels exactly or a hair more.
+    QRectF windowFrame(const QRect& pixels) const;
+    /// Whether a picture of that size is meant to show the whole window: the size of its frame by the scale
+    /// of any display, as one who knows the frame alone cannot tell whose it is.
+    bool isSizeOfWindow(const QRect& pixels, QSize size) const;
+
     /// The centre of a pixel of the desktop. One on no display counts for the nearest display.
     QPointF pointOfPixel(QPoint pixel) const;
+    /// The upper left corner of a pixel of the desktop, for a line between pixels, by the scale of one
+    /// display also beyond it, so that what is drawn there does not jump when the mouse leaves it. An
+    /// outermost pixel of the desktop stands for the outer edge, which the mouse cannot reach. A display that
+    /// is not there is the nearest one.
+    QPointF cornerOfPixel(std::uint32_t identifier, QPoint pixel) const;
     /// The pixel that a global point lies in, on the nearest display.
     QPoint pixelOfPoint(QPointF point) const;
     /// The centre of a point in the toolkit's whole coordinates, which round a pixel on a display's edge to
@@ -64,7 +86,7 @@ public:
     /// A rectangle in the toolkit's coordinates; unchanged if there is no display.
     ScreenRect rectOfToolkit(const QRectF& rect) const;
     /// The display on which most of the rectangle lies, else the nearest, and the rectangle in the toolkit's
-    /// coordinates; absent if there is no display.
+    /// coordinates, which are whole; absent if there is no display.
     std::optional<WindowPlace> windowPlace(const ScreenRect& rect) const;
 
 private:
