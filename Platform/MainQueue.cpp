@@ -39,9 +39,35 @@ void MainQueue::resumeWaiting(std::coroutine_handle<> frame) {
     frame.resume();
 }
 
+template<typename Begin>
+void MainQueue::wait(std::coroutine_handle<> frame, Begin begin) {
+    m_waiting.push_back(frame);
+    try {
+        begin();
+    } catch (...) {
+        // It goes on with the exception and will soon be gone.
+        std::erase(m_waiting, frame);
+        throw;
+    }
+}
+
 void MainQueue::Delay::await_suspend(std::coroutine_handle<> frame) {
-    m_queue.m_waiting.push_back(frame);
-    m_queue.schedule(m_delay, Repeat::No, [&queue = m_queue, frame] { queue.resumeWaiting(frame); });
+    m_queue.wait(frame, [&] {
+        m_queue.schedule(m_delay, Repeat::No, [&queue = m_queue, frame] { queue.resumeWaiting(frame); });
+    });
+}
+
+void MainQueue::Continuation::resume() const {
+    m_queue->post([queue = m_queue, frame = m_frame] { queue->resumeWaiting(frame); });
+}
+
+void MainQueue::Suspension::await_suspend(std::coroutine_handle<> frame) {
+    m_queue.wait(frame, [&] { m_body(Continuation(m_queue, frame)); });
+}
+
+void MainQueue::Suspension::await_resume() const {
+    if (m_queue.m_closed)
+        throw MainQueueClosed{};
 }
 
 void MainQueue::Delay::await_resume() const {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace kestrova {
@@ -66,10 +67,15 @@ public:
     virtual void postFromAnyThread(Block block) = 0;
 
     class Delay;
+    class Continuation;
+    class Suspension;
     /// `co_await queue.nextTurn()`: goes on at the next turn.
     Delay nextTurn();
     /// `co_await queue.delay(50ms)`: goes on after the delay.
     Delay delay(Duration delay);
+    /// `co_await queue.suspension(body)`: waits until somebody resumes it. `body` is called once, when the
+    /// frame is suspended, and gets what resumes it; what it throws is thrown by the `co_await`.
+    Suspension suspension(std::function<void(Continuation)> body);
 
 protected:
     enum class Repeat { No, Yes };
@@ -83,6 +89,9 @@ protected:
 private:
     friend class ScheduledBlock;
 
+    /// Keeps the frame while `begin` sees to it that somebody resumes it.
+    template<typename Begin>
+    void wait(std::coroutine_handle<> frame, Begin begin);
     void resumeWaiting(std::coroutine_handle<> frame);
 
     std::vector<std::coroutine_handle<>> m_waiting;
@@ -103,11 +112,43 @@ private:
     Duration m_delay;
 };
 
+/// Resumes a frame that waits for it. May be dropped: the frame then waits until the queue closes.
+class MainQueue::Continuation {
+public:
+    /// The frame goes on at the next turn. Called at most once.
+    void resume() const;
+
+private:
+    friend class Suspension;
+    Continuation(MainQueue& queue, std::coroutine_handle<> frame) : m_queue(&queue), m_frame(frame) {}
+
+    MainQueue* m_queue;
+    std::coroutine_handle<> m_frame;
+};
+
+/// What `co_await` on a MainQueue waits for when somebody else says how long.
+class MainQueue::Suspension {
+public:
+    Suspension(MainQueue& queue, std::function<void(Continuation)> body)
+        : m_queue(queue), m_body(std::move(body)) {}
+
+    bool await_ready() const { return m_queue.m_closed; }
+    void await_suspend(std::coroutine_handle<> frame);
+    void await_resume() const;
+
+private:
+    MainQueue& m_queue;
+    std::function<void(Continuation)> m_body;
+};
+
 inline MainQueue::Delay MainQueue::nextTurn() {
     return {*this, Duration::zero()};
 }
 inline MainQueue::Delay MainQueue::delay(Duration delay) {
     return {*this, delay};
+}
+inline MainQueue::Suspension MainQueue::suspension(std::function<void(Continuation)> body) {
+    return {*this, std::move(body)};
 }
 
 } // namespace kestrova

@@ -2,6 +2,7 @@
 
 #include "Kestrova/capture/CaptureSelection.h"
 #include "Kestrova/capture/CaptureSession.h"
+#include "Platform/Screens.h"
 
 #include <QByteArray>
 #include <QCoroTask>
@@ -22,7 +23,6 @@ class MainQueue;
 class ModelContainer;
 class Pasteboard;
 class ScreenContent;
-class Screens;
 class SoundPlayer;
 class UserDefaults;
 
@@ -30,7 +30,7 @@ class UserDefaults;
 /// and who hears of it. Main thread only.
 class CaptureCoordinator : public std::enable_shared_from_this<CaptureCoordinator> {
 public:
-    /// All of it outlives the coordinator and its tasks.
+    /// All of it outlives the coordinator; the ports outlive its tasks too.
     struct Surroundings {
         ModelContainer& modelContainer;
         MainQueue& mainQueue;
@@ -45,9 +45,13 @@ public:
         std::function<std::shared_ptr<CaptureSession>(CaptureMode)> makeSession;
     };
 
+    /// To be owned by a shared pointer.
     explicit CaptureCoordinator(Surroundings surroundings);
 
-    /// Does nothing while a session runs.
+    /// Whether the host lets this program take pictures now. Has it ask for the permission where it is
+    /// missing.
+    bool mayCapture() const;
+    /// Lets the person select an area or a window, and captures it. Does nothing while a session runs.
     void beginSession(CaptureMode mode);
     /// The display under the mouse, at once.
     void captureFullScreen();
@@ -61,7 +65,22 @@ public:
         onDidCapture;
 
 private:
-    void finishCapture(const QImage& image);
+    using Self = std::weak_ptr<CaptureCoordinator>;
+    /// What a task works with, also once the coordinator has gone.
+    struct Ports {
+        MainQueue& mainQueue;
+        ScreenContent& screenContent;
+        const Screens& screens;
+    };
+
+    static QCoro::Task<> runSession(Self weakSelf, Ports ports, std::shared_ptr<CaptureSession> session);
+    static QCoro::Task<> runFullScreen(Self weakSelf, Ports ports, Screen screen);
+    static QCoro::Task<QImage> picture(Ports ports, CaptureSelection selection);
+    static QCoro::Task<> finishOrReport(Self weakSelf, QCoro::Task<QImage> capture,
+                                        std::optional<CaptureSelection> selection);
+
+    Ports ports() const;
+    void finishCapture(const QImage& image, const std::optional<CaptureSelection>& selection);
     void playCaptureSound() const;
     void reportFailure(const std::exception& error, const std::optional<CaptureSelection>& selection);
 

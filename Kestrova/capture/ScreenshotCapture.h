@@ -51,7 +51,8 @@ double windowScale(const ShareableWindow& window, const Screens& screens);
 /// What follows is for the main thread; it suspends where the host is awaited, and throws ScreenContentError
 /// or CaptureError. The ports outlive the task.
 
-/// Every display that has pixels, by its identifier. One that fails makes all of it fail.
+/// Every display that has pixels, by its identifier. One that fails makes all of it fail, once the others
+/// have ended.
 QCoro::Task<std::map<std::uint32_t, QImage>> captureAllDisplays(ScreenContent& content,
                                                                 const Screens& screens);
 /// `rect` in global points, cut to the first display that it touches.

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -98,6 +100,69 @@ TEST(MainQueueTest, AwaitablesGoOnAtTheNextTurnAndAfterADelay) {
     EXPECT_EQ(log, "ab");
     queue.advance(1ms);
     EXPECT_EQ(log, "abc");
+}
+
+QCoro::Task<> awaitSignal(MainQueue& queue, std::optional<MainQueue::Continuation>& signal,
+                          std::shared_ptr<std::string> log) {
+    *log += 'a';
+    co_await queue.suspension([&](MainQueue::Continuation continuation) {
+        *log += 'b';
+        signal = continuation;
+    });
+    *log += 'c';
+}
+
+TEST(MainQueueTest, ASuspendedFrameGoesOnATurnAfterItWasResumed) {
+    ManualMainQueue queue;
+    std::optional<MainQueue::Continuation> signal;
+    const auto log = std::make_shared<std::string>();
+    awaitSignal(queue, signal, log);
+    queue.advance(1s);
+    EXPECT_EQ(*log, "ab");
+    signal->resume();
+    EXPECT_EQ(*log, "ab");
+    queue.turn();
+    EXPECT_EQ(*log, "abc");
+}
+
+TEST(MainQueueTest, ASuspendedFrameIsDestroyedWithTheQueueAlsoWhenItIsAboutToGoOn) {
+    for (const bool isResumed : {false, true}) {
+        const auto log = std::make_shared<std::string>();
+        {
+            std::optional<MainQueue::Continuation> signal;
+            ManualMainQueue queue;
+            awaitSignal(queue, signal, log);
+            EXPECT_EQ(log.use_count(), 2);
+            if (isResumed)
+                signal->resume();
+        }
+        EXPECT_EQ(log.use_count(), 1);
+        EXPECT_EQ(*log, "ab");
+    }
+}
+
+QCoro::Task<> awaitInVain(MainQueue& queue) {
+    co_await queue.suspension(
+        [](MainQueue::Continuation) { throw std::runtime_error("nothing to wait for"); });
+}
+
+QCoro::Task<> fallBack(MainQueue& queue, std::shared_ptr<std::string> log) {
+    try {
+        co_await awaitInVain(queue);
+    } catch (const std::runtime_error& error) {
+        *log += error.what();
+    }
+}
+
+TEST(MainQueueTest, ABodyThatThrowsThrowsIntoItsFrameForWhichTheQueueThenNoLongerCares) {
+    const auto log = std::make_shared<std::string>();
+    {
+        ManualMainQueue queue;
+        fallBack(queue, log);
+        EXPECT_EQ(*log, "nothing to wait for");
+        EXPECT_EQ(log.use_count(), 1) << "the frame has gone";
+    }
+    EXPECT_EQ(*log, "nothing to wait for") << "it was not called upon again";
 }
 
 QCoro::Task<> inner(MainQueue& queue, std::shared_ptr<int> held) {
