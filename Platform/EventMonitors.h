@@ -39,6 +39,9 @@ public:
     /// Answers whether the event is swallowed; the others go on to the control in focus.
     using LocalHandler = std::function<bool(const LocalEvent&)>;
 
+    /// Gets a virtual key code.
+    using KeyDownHandler = std::function<void(std::uint16_t keyCode)>;
+
     virtual ~EventMonitors() = default;
 
     /// Tells of presses of the mouse that go to other applications. Only the left and the right button can be
@@ -52,6 +55,18 @@ public:
     /// the monitors answer: one who leaves a screen with a key does not type with it in the next one.
     [[nodiscard]] virtual std::unique_ptr<EventMonitor> addLocalMonitor(std::uint32_t mask,
                                                                         LocalHandler handler) = 0;
+
+    /// Takes the keyboard from everybody, this program, its input methods and the desktop included, and tells
+    /// of each press of a key, repeats too. A press of one of the program's hot keys goes to that hot key
+    /// instead. Keys that were held before it are not told of until they have been let go, and a press that
+    /// it has taken reaches nobody however long the key is held, also when the tap has gone by then; what is
+    /// typed meanwhile does. While another program holds the keyboard its keys are told of but not kept from
+    /// it; the tap takes over when the other one has given it back, at the latest after the first key or
+    /// button from then on. Null if the host does not let anybody have the keyboard.
+    [[nodiscard]] virtual std::unique_ptr<EventMonitor> tapKeyDowns(KeyDownHandler handler) = 0;
+    /// Tells of presses of keys, whoever they go to, but for those of the program's hot keys. Keeps them from
+    /// nobody. Null if the host refuses.
+    [[nodiscard]] virtual std::unique_ptr<EventMonitor> addGlobalKeyDownMonitor(KeyDownHandler handler) = 0;
 };
 
 } // namespace kestrova

@@ -25,6 +25,7 @@ inline constexpr std::uint32_t function = 0x800000;
 /// ANSI keyboard in the US layout.
 namespace VirtualKey {
 inline constexpr std::uint16_t s = 1;
+inline constexpr std::uint16_t f = 3;
 inline constexpr std::uint16_t z = 6;
 inline constexpr std::uint16_t c = 8;
 inline constexpr std::uint16_t v = 9;

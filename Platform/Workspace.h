@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace kestrova {
@@ -19,6 +20,12 @@ struct ApplicationDescription {
     QIcon icon;
 };
 
+/// Keeps an observer of activations told for as long as it lives.
+class ActivationObserver {
+public:
+    virtual ~ActivationObserver() = default;
+};
+
 /// The applications of the desktop. Main thread only.
 class Workspace {
 public:
@@ -26,6 +33,10 @@ public:
 
     /// The application in front now; absent if no window has the focus.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+    /// Tells each time another window has come to the front, of whichever application, this program's own
+    /// left out.
+    [[nodiscard]] virtual std::unique_ptr<ActivationObserver>
+    observeActivations(std::function<void()> onDidActivate) = 0;
     /// The application's icon; a null icon if it has none that can be read.
     virtual QIcon icon(const RunningApplication& application) const = 0;
     /// The installed application with that identifier, as `RunningApplication` names it, running or not;

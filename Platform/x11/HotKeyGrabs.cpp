@@ -1,5 +1,6 @@
 #include "Platform/x11/HotKeyGrabs.h"
 
+#include "Platform/x11/HeldKeys.h"
 #include "Platform/x11/ScreenCover.h"
 #include "Platform/x11/VirtualKeys.h"
 #include "Platform/x11/XcbXkb.h"
@@ -21,6 +22,8 @@ Q_LOGGING_CATEGORY(lcHotKeys, "kestrova.hotkeys")
 constexpr std::uint16_t modifierMask = 0xff;
 constexpr std::uint32_t rawKeys =
     XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+constexpr std::uint32_t rawButtons =
+    XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
 
 /// The number of the extension's events if it can be used; it tells of new keyboards and mappings and, in
 /// order with the raw events, of modifiers.
@@ -36,19 +39,27 @@ std::uint8_t watchKeyboard(xcb_connection_t* connection) {
     constexpr std::uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY |
                                      XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
     constexpr std::uint16_t parts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    // Else a repeat comes as a release and a press, and the release cannot be told from the key's own.
+    constexpr std::uint32_t repeats = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+    xcb_discard_reply(
+        connection,
+        xcb_xkb_per_client_flags(connection, XCB_XKB_ID_USE_CORE_KBD, repeats, repeats, 0, 0, 0).sequence);
     xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts, nullptr);
     return extension->first_event;
 }
 
 } // namespace
 
-HotKeyGrabs::HotKeyGrabs(Tell tell)
-    : m_tell(std::move(tell)), m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect) {
+HotKeyGrabs::HotKeyGrabs(Listener listener, OwnWindows own)
+    : m_listener(std::move(listener)),
+      m_own(own),
+      m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect) {
     auto* const connection = m_connection.get();
     if (xcb_connection_has_error(connection) != 0)
         return;
     m_root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     m_raw.emplace(connection);
+    m_tap.emplace(connection, m_root);
     m_keyboardEvent = watchKeyboard(connection);
     m_modifiers = readModifierMap(connection);
     const XcbReply<xcb_xkb_get_state_reply_t> state{
@@ -71,8 +82,7 @@ int HotKeyGrabs::add(HotKeyReference reference, std::uint32_t keyCode, std::uint
     if (find(*key, *state))
         return HotKeys::alreadyHeld;
     // Before the grab: of the first press, too, the raw event must be there.
-    if (m_hotKeys.empty())
-        m_raw->select(m_root, rawKeys);
+    selectRawEvents(neededRawEvents() | rawKeys);
     const int status = grab(*key, *state);
     if (status == 0)
         m_hotKeys.emplace(reference.value, HotKey{.keyCode = keyCode,
@@ -80,8 +90,7 @@ int HotKeyGrabs::add(HotKeyReference reference, std::uint32_t keyCode, std::uint
                                                   .identifier = identifier,
                                                   .x11Key = *key,
                                                   .state = state});
-    else if (m_hotKeys.empty())
-        m_raw->select(m_root, 0);
+    selectRawEvents(neededRawEvents());
     xcb_flush(m_connection.get());
     return status;
 }
@@ -92,11 +101,51 @@ void HotKeyGrabs::remove(HotKeyReference reference) {
         return;
     ungrab(found->second);
     m_hotKeys.erase(found);
-    if (m_hotKeys.empty()) {
-        m_raw->select(m_root, 0);
-        m_presses.clear();
-    }
+    selectRawEvents(neededRawEvents());
     xcb_flush(m_connection.get());
+}
+
+bool HotKeyGrabs::startTelling(Onlooker onlooker) {
+    if (!isUsable())
+        return false;
+    selectRawEvents(neededRawEvents() | rawKeys);
+    if (onlooker == Onlooker::tap)
+        m_isTapped = m_tap->start();
+    else
+        m_isMonitored = true;
+    selectRawEvents(neededRawEvents());
+    xcb_flush(m_connection.get());
+    return onlooker == Onlooker::tap ? m_isTapped : m_isMonitored;
+}
+
+void HotKeyGrabs::stopTelling(Onlooker onlooker) {
+    // Who was refused stops as well.
+    if (!m_tap)
+        return;
+    if (onlooker == Onlooker::tap) {
+        m_tap->freeze();
+        dispatchEvents();
+        m_isTapped = false;
+        m_tap->stop();
+    } else {
+        m_isMonitored = false;
+    }
+    selectRawEvents(neededRawEvents());
+    xcb_flush(m_connection.get());
+}
+
+std::uint32_t HotKeyGrabs::neededRawEvents() const {
+    if (m_hotKeys.empty() && !m_isTapped && !m_isMonitored)
+        return 0;
+    return m_tap->isWaiting() ? rawKeys | rawButtons : rawKeys;
+}
+
+void HotKeyGrabs::selectRawEvents(std::uint32_t events) {
+    if (std::exchange(m_rawEvents, events) == events)
+        return;
+    m_raw->select(m_root, events);
+    if (events == 0)
+        m_presses.clear();
 }
 
 int HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t state) const {
@@ -162,6 +211,11 @@ void HotKeyGrabs::dispatchEvents() {
         while (const auto event = nextEvent())
             dispatch(*event);
     } while (m_keyboardChanged);
+    if (!isUsable())
+        return;
+    // The tap may have the keyboard now.
+    selectRawEvents(neededRawEvents());
+    xcb_flush(m_connection.get());
 }
 
 void HotKeyGrabs::dispatch(const xcb_generic_event_t& event) {
@@ -170,6 +224,12 @@ void HotKeyGrabs::dispatch(const xcb_generic_event_t& event) {
         return;
     if (event.response_type == XCB_KEY_PRESS) {
         onGrabbedPress(reinterpret_cast<const xcb_key_press_event_t&>(event));
+        m_tap->goOn();
+    } else if (event.response_type == XCB_KEY_RELEASE) {
+        onRelease(reinterpret_cast<const xcb_key_release_event_t&>(event).detail);
+        m_tap->goOn();
+    } else if (event.response_type == XCB_FOCUS_IN || event.response_type == XCB_FOCUS_OUT) {
+        m_tap->tryAgain();
     } else if (event.response_type == m_keyboardEvent && event.pad0 == XCB_XKB_STATE_NOTIFY) {
         m_state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event).mods;
     } else if (event.response_type == m_keyboardEvent || event.response_type == XCB_MAPPING_NOTIFY) {
@@ -180,23 +240,39 @@ void HotKeyGrabs::dispatch(const xcb_generic_event_t& event) {
         if (kind == XCB_INPUT_RAW_KEY_PRESS)
             onRawPress(key, raw.time);
         else if (kind == XCB_INPUT_RAW_KEY_RELEASE)
-            onRawRelease(key);
+            onRelease(key);
+        else
+            m_tap->tryAgain();
     }
 }
 
 void HotKeyGrabs::onGrabbedPress(const xcb_key_press_event_t& press) {
     // The keyboard is frozen: nothing typed since has gone anywhere. Without the grab the server hands it to
     // whoever has the focus.
-    xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
-    xcb_flush(m_connection.get());
     const auto* const hotKey = find(press.detail, press.state);
+    if (!m_tap->isHolding()) {
+        xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
+        xcb_flush(m_connection.get());
+    } else if (hotKey || m_isTapped) {
+        // The server sends no raw events to the client that holds the keyboard. What is typed behind the tap
+        // goes on to the focus, and so may the release.
+        m_presses.onRawPress(press.detail, press.time);
+    }
     if (hotKey && m_presses.isNew(press.detail, press.time))
         tellPressed(*hotKey);
+    if (!hotKey && m_tap->isHolding() && m_tap->onPress(press.detail, isModifier(press.detail)))
+        tellKeyDown(Onlooker::tap, press.detail);
 }
 
 void HotKeyGrabs::onRawPress(xcb_keycode_t key, xcb_timestamp_t time) {
     m_presses.onRawPress(key, time);
     const auto* const hotKey = find(key, m_state);
+    if (!hotKey) {
+        if (m_tap->isWaiting() && m_tap->onPress(key, isModifier(key)))
+            tellKeyDown(Onlooker::tap, key);
+        if (m_isMonitored)
+            tellKeyDown(Onlooker::monitor, key);
+    }
     if (!hotKey || !m_presses.isNew(key, time))
         return;
     // What the server sent before its answer has been read with it: if there is no grab's event among it,
@@ -208,19 +284,25 @@ void HotKeyGrabs::onRawPress(xcb_keycode_t key, xcb_timestamp_t time) {
     });
     // A menu and a screen locker both hold the keyboard, and nothing of the program may show or be reached
     // behind a locker.
-    if (!isGrabbed && !isScreenCovered(m_connection.get(), m_root))
+    if (!isGrabbed && !isScreenCovered(m_connection.get(), m_root, m_own))
         tellPressed(*hotKey);
 }
 
-void HotKeyGrabs::onRawRelease(xcb_keycode_t key) {
+void HotKeyGrabs::onRelease(xcb_keycode_t key) {
     if (const auto identifier = m_presses.onRawRelease(key))
-        m_tell(HotKeyEvent::Kind::hotKeyReleased, *identifier);
+        m_listener.hotKey(HotKeyEvent::Kind::hotKeyReleased, *identifier);
+    m_tap->onRelease(key);
 }
 
 void HotKeyGrabs::tellPressed(const HotKey& hotKey) {
-    m_tell(HotKeyEvent::Kind::hotKeyPressed, hotKey.identifier);
+    m_listener.hotKey(HotKeyEvent::Kind::hotKeyPressed, hotKey.identifier);
     if (!m_presses.noteTold(hotKey.x11Key, hotKey.identifier))
-        m_tell(HotKeyEvent::Kind::hotKeyReleased, hotKey.identifier);
+        m_listener.hotKey(HotKeyEvent::Kind::hotKeyReleased, hotKey.identifier);
+}
+
+void HotKeyGrabs::tellKeyDown(Onlooker onlooker, xcb_keycode_t key) const {
+    if (const auto keyCode = virtualKeyOfX11Key(key))
+        m_listener.keyDown(onlooker, *keyCode);
 }
 
 void HotKeyGrabs::readArrived() {
@@ -233,13 +315,11 @@ void HotKeyGrabs::readArrived() {
 
 void HotKeyGrabs::adoptKeyboard() {
     auto* const connection = m_connection.get();
-    const XcbReply<xcb_query_keymap_reply_t> keys{
-        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr)};
-    const auto isDown = [&](xcb_keycode_t key) {
-        return keys && (keys->keys[key / 8] & (1 << (key % 8))) != 0;
-    };
-    for (const auto identifier : m_presses.endUnless(isDown))
-        m_tell(HotKeyEvent::Kind::hotKeyReleased, identifier);
+    const auto down = heldKeys(connection, xcb_query_keymap(connection));
+    for (const auto identifier : m_presses.endUnless([&](xcb_keycode_t key) { return down.test(key); }))
+        m_listener.hotKey(HotKeyEvent::Kind::hotKeyReleased, identifier);
+
+    m_tap->endUnless(down);
 
     auto modifiers = readModifierMap(connection);
     if (modifiers == m_modifiers)

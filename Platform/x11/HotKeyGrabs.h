@@ -3,6 +3,8 @@
 #include "Platform/HotKeys.h"
 #include "Platform/x11/HotKeyPresses.h"
 #include "Platform/x11/KeyModifiers.h"
+#include "Platform/x11/KeyboardTap.h"
+#include "Platform/x11/OwnWindows.h"
 #include "Platform/x11/XInputRaw.h"
 #include "Platform/x11/XcbReply.h"
 
@@ -18,15 +20,23 @@
 
 namespace kestrova {
 
-/// Hot keys on a connection of their own. A key that is grabbed freezes the keyboard for a moment, and is let
-/// go before anything else happens, so that what is typed right after it goes where it should. One thread at
-/// a time; it waits for the X server alone.
+/// Hot keys, and keys that are looked at one by one, on a connection of their own. A key that is grabbed
+/// freezes the keyboard for a moment, and is let go before anything else happens, so that what is typed right
+/// after it goes where it should. One thread at a time; it waits for the X server alone.
 class HotKeyGrabs {
 public:
-    using Tell = std::function<void(HotKeyEvent::Kind, HotKeyIdentifier)>;
+    /// Who looks at all keys: one who keeps them from everybody else, or one who does not.
+    enum class Onlooker { tap, monitor };
 
-    /// `tell` is called from within `dispatchEvents` and must not wait.
-    explicit HotKeyGrabs(Tell tell);
+    /// Called from within `dispatchEvents`; none may wait.
+    struct Listener {
+        std::function<void(HotKeyEvent::Kind, HotKeyIdentifier)> hotKey;
+        /// A press of a key that is no hot key, by its virtual key code.
+        std::function<void(Onlooker, std::uint16_t keyCode)> keyDown;
+    };
+
+    /// Windows of `own` are this program's.
+    HotKeyGrabs(Listener listener, OwnWindows own);
 
     /// False if this server cannot tell what hot keys need, or is gone.
     bool isUsable() const;
@@ -36,6 +46,9 @@ public:
     int add(HotKeyReference reference, std::uint32_t keyCode, std::uint32_t carbonModifiers,
             HotKeyIdentifier identifier);
     void remove(HotKeyReference reference);
+    /// Tells of presses from now on. False, and then nothing is told, if the server does not allow it.
+    bool startTelling(Onlooker onlooker);
+    void stopTelling(Onlooker onlooker);
     /// Handles all that has arrived.
     void dispatchEvents();
 
@@ -49,6 +62,8 @@ private:
         std::optional<std::uint16_t> state;
     };
 
+    std::uint32_t neededRawEvents() const;
+    void selectRawEvents(std::uint32_t events);
     int grab(xcb_keycode_t key, std::uint16_t state) const;
     void ungrab(xcb_keycode_t key, std::uint16_t state) const;
     void ungrab(const HotKey& hotKey) const;
@@ -58,14 +73,17 @@ private:
 
     void dispatch(const xcb_generic_event_t& event);
     void onGrabbedPress(const xcb_key_press_event_t& press);
+    bool isModifier(xcb_keycode_t key) const { return m_modifiers.maskOfKey[key] != 0; }
     void onRawPress(xcb_keycode_t key, xcb_timestamp_t time);
-    void onRawRelease(xcb_keycode_t key);
+    void onRelease(xcb_keycode_t key);
     void tellPressed(const HotKey& hotKey);
+    void tellKeyDown(Onlooker onlooker, xcb_keycode_t key) const;
     XcbReply<xcb_generic_event_t> nextEvent();
     void readArrived();
     void adoptKeyboard();
 
-    const Tell m_tell;
+    const Listener m_listener;
+    const OwnWindows m_own;
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> m_connection;
     std::optional<XInputRaw> m_raw;
     xcb_window_t m_root = XCB_NONE;
@@ -77,6 +95,11 @@ private:
     bool m_keyboardChanged = false;
     std::map<std::uint64_t, HotKey> m_hotKeys;
     HotKeyPresses m_presses;
+    std::optional<KeyboardTap> m_tap;
+    bool m_isTapped = false;
+    bool m_isMonitored = false;
+    /// Those that the server sends now.
+    std::uint32_t m_rawEvents = 0;
     /// Read from the server, not yet handled.
     std::deque<XcbReply<xcb_generic_event_t>> m_arrived;
 };

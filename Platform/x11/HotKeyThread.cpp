@@ -10,9 +10,9 @@
 
 namespace kestrova {
 
-HotKeyThread::HotKeyThread(HotKeyGrabs::Tell tell)
+HotKeyThread::HotKeyThread(HotKeyGrabs::Listener listener, OwnWindows own)
     : m_wakeUp(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      m_thread([this, tell = std::move(tell)]() mutable { loop(std::move(tell)); }) {}
+      m_thread([this, listener = std::move(listener), own]() mutable { loop(std::move(listener), own); }) {}
 
 HotKeyThread::~HotKeyThread() {
     m_stop = true;
@@ -35,8 +35,8 @@ void HotKeyThread::run(std::function<void(HotKeyGrabs&)> task) {
     done->get_future().wait();
 }
 
-void HotKeyThread::loop(HotKeyGrabs::Tell tell) {
-    HotKeyGrabs grabs{std::move(tell)};
+void HotKeyThread::loop(HotKeyGrabs::Listener listener, OwnWindows own) {
+    HotKeyGrabs grabs{std::move(listener), own};
     while (!m_stop) {
         std::uint64_t wakeUps = 0;
         // Nothing to read is the common case: an event of the server's woke it.

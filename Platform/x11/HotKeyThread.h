@@ -14,8 +14,8 @@ namespace kestrova {
 /// main thread must not stand in the way. It sleeps while no key is pressed.
 class HotKeyThread {
 public:
-    /// `tell` is called on the thread.
-    explicit HotKeyThread(HotKeyGrabs::Tell tell);
+    /// `listener` is called on the thread. Windows of `own` are this program's.
+    HotKeyThread(HotKeyGrabs::Listener listener, OwnWindows own);
     HotKeyThread(const HotKeyThread&) = delete;
     HotKeyThread& operator=(const HotKeyThread&) = delete;
     /// Returns when the thread has ended and all grabs are given back.
@@ -25,7 +25,7 @@ public:
     void run(std::function<void(HotKeyGrabs&)> task);
 
 private:
-    void loop(HotKeyGrabs::Tell tell);
+    void loop(HotKeyGrabs::Listener listener, OwnWindows own);
     void runTasks(HotKeyGrabs& grabs);
     void wakeUp() const;
 

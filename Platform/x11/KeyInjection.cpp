@@ -1,5 +1,6 @@
 #include "Platform/x11/KeyInjection.h"
 
+#include "Platform/x11/HeldKeys.h"
 #include "Platform/x11/KeyModifiers.h"
 #include "Platform/x11/XcbReply.h"
 
@@ -70,15 +71,12 @@ void KeyInjection::pressChord(const std::vector<xcb_keycode_t>& chord) const {
 std::vector<xcb_keycode_t> KeyInjection::heldModifiers() const {
     const auto cookie = xcb_query_keymap(m_connection);
     const auto modifiers = readModifierMap(m_connection);
-    const XcbReply<xcb_query_keymap_reply_t> keys{xcb_query_keymap_reply(m_connection, cookie, nullptr)};
+    const auto down = heldKeys(m_connection, cookie);
     std::vector<xcb_keycode_t> held;
-    if (!keys)
-        return held;
     const auto locks = XCB_MOD_MASK_LOCK | modifiers.numLock;
     for (unsigned key = 0; key < modifiers.maskOfKey.size(); ++key) {
-        const bool isDown = (keys->keys[key / 8] & (1 << (key % 8))) != 0;
         // A lock that is pressed again would lock or unlock.
-        if (isDown && modifiers.maskOfKey[key] != 0 && (modifiers.maskOfKey[key] & locks) == 0)
+        if (down.test(key) && modifiers.maskOfKey[key] != 0 && (modifiers.maskOfKey[key] & locks) == 0)
             held.push_back(static_cast<xcb_keycode_t>(key));
     }
     return held;

@@ -1,6 +1,7 @@
 #include "Platform/x11/ScreenCover.h"
 
 #include "Platform/x11/Atoms.h"
+#include "Platform/x11/RootRect.h"
 #include "Platform/x11/XcbReply.h"
 
 #include <QRegion>
@@ -67,15 +68,17 @@ bool isShownUnmanaged(const xcb_get_window_attributes_reply_t& attributes) {
            attributes._class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
 }
 
-/// What lies behind windows that are neither the window manager's nor handled by it.
+/// What lies behind windows that are neither the window manager's nor handled by it nor `own`.
 QRegion unmanagedRegion(xcb_connection_t* connection, std::span<const xcb_window_t> windows,
-                        xcb_window_t windowManager) {
+                        xcb_window_t windowManager, const OwnWindows& own) {
     struct Question {
         xcb_get_window_attributes_cookie_t attributes;
         xcb_get_geometry_cookie_t geometry;
     };
     std::vector<Question> questions;
     for (const auto window : windows) {
+        if (own.contains(window))
+            continue;
         if (windowManager == XCB_NONE || !isOfSameClient(connection, window, windowManager))
             questions.push_back(
                 {xcb_get_window_attributes(connection, window), xcb_get_geometry(connection, window)});
@@ -93,19 +96,19 @@ QRegion unmanagedRegion(xcb_connection_t* connection, std::span<const xcb_window
 
 } // namespace
 
-bool isScreenCovered(xcb_connection_t* connection, xcb_window_t root) {
+bool isScreenCovered(xcb_connection_t* connection, xcb_window_t root, const OwnWindows& own) {
     const XcbReply<xcb_query_tree_reply_t> tree{
         xcb_query_tree_reply(connection, xcb_query_tree(connection, root), nullptr)};
-    const auto screen = frameOf(connection, xcb_get_geometry(connection, root));
-    if (!tree || !screen)
+    const auto screen = rootRect(connection, root);
+    if (!tree || screen.isEmpty())
         return true;
     const std::span windows{xcb_query_tree_children(tree.get()),
                             static_cast<std::size_t>(xcb_query_tree_children_length(tree.get()))};
     // What of a monitor lies beyond the screen shows nothing.
-    auto visible = monitorRegion(connection, root) & *screen;
+    auto visible = monitorRegion(connection, root) & screen;
     if (visible.isEmpty())
-        visible = *screen;
-    return (visible - unmanagedRegion(connection, windows, windowOfWindowManager(connection, root)))
+        visible = screen;
+    return (visible - unmanagedRegion(connection, windows, windowOfWindowManager(connection, root), own))
         .isEmpty();
 }
 

@@ -4,6 +4,7 @@
 #include "Platform/x11/TextControlKeys.h"
 #include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/VirtualKeys.h"
+#include "Platform/x11/X11HotKeys.h"
 #include "Platform/x11/X11Keymap.h"
 #include "Platform/x11/XcbReply.h"
 
@@ -62,8 +63,9 @@ const QWindow& receivingWindow(const QWindow& window) {
 
 } // namespace
 
-X11EventMonitors::X11EventMonitors(X11Keymap& keymap)
+X11EventMonitors::X11EventMonitors(X11Keymap& keymap, X11HotKeys& hotKeys)
     : m_keymap(keymap),
+      m_hotKeys(hotKeys),
       m_connection(toolkitConnection()),
       m_own(m_connection),
       m_global([this](bool isEmpty) {
@@ -105,6 +107,14 @@ std::unique_ptr<EventMonitor> X11EventMonitors::addGlobalMonitor(std::uint32_t m
 
 std::unique_ptr<EventMonitor> X11EventMonitors::addLocalMonitor(std::uint32_t mask, LocalHandler handler) {
     return m_local.add(mask, std::move(handler));
+}
+
+std::unique_ptr<EventMonitor> X11EventMonitors::tapKeyDowns(KeyDownHandler handler) {
+    return m_hotKeys.tapKeyDowns(std::move(handler));
+}
+
+std::unique_ptr<EventMonitor> X11EventMonitors::addGlobalKeyDownMonitor(KeyDownHandler handler) {
+    return m_hotKeys.addGlobalKeyDownMonitor(std::move(handler));
 }
 
 bool X11EventMonitors::MouseFilter::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {

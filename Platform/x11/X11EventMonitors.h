@@ -22,18 +22,22 @@ class QWindow;
 
 namespace kestrova {
 
+class X11HotKeys;
 class X11Keymap;
 
 /// The mouse by raw events on the toolkit's own connection, which come before the toolkit's own events of the
-/// same press; keys by the toolkit's event filters. Main thread only.
+/// same press; keys of the own windows by the toolkit's event filters, those of all windows where the hot
+/// keys see them. Main thread only.
 class X11EventMonitors final : public EventMonitors {
 public:
-    /// `keymap` outlives the object.
-    explicit X11EventMonitors(X11Keymap& keymap);
+    /// `keymap` and `hotKeys` outlive the object.
+    X11EventMonitors(X11Keymap& keymap, X11HotKeys& hotKeys);
     ~X11EventMonitors() override;
 
     std::unique_ptr<EventMonitor> addGlobalMonitor(std::uint32_t mask, GlobalHandler handler) override;
     std::unique_ptr<EventMonitor> addLocalMonitor(std::uint32_t mask, LocalHandler handler) override;
+    std::unique_ptr<EventMonitor> tapKeyDowns(KeyDownHandler handler) override;
+    std::unique_ptr<EventMonitor> addGlobalKeyDownMonitor(KeyDownHandler handler) override;
 
 private:
     static constexpr std::size_t keyCount = 256;
@@ -101,6 +105,7 @@ private:
     bool tell(const LocalEvent& event) const;
 
     X11Keymap& m_keymap;
+    X11HotKeys& m_hotKeys;
     xcb_connection_t* const m_connection;
     const OwnWindows m_own;
     std::optional<XInputRaw> m_raw;

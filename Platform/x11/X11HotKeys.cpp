@@ -1,6 +1,7 @@
 #include "Platform/x11/X11HotKeys.h"
 
 #include "Platform/MainQueue.h"
+#include "Platform/x11/ToolkitConnection.h"
 
 #include <QLoggingCategory>
 
@@ -25,15 +26,44 @@ X11HotKeys::X11HotKeys(MainQueue& queue, X11Keymap& keymap)
                                                .keyCode = keyCode,
                                                .modifierFlags = modifierFlags}) == 0;
                  }),
-      m_thread(
-          [&queue, weak = std::weak_ptr{m_delivery}](HotKeyEvent::Kind kind, HotKeyIdentifier identifier) {
-              queue.postFromAnyThread([weak, kind, identifier] {
-                  const auto delivery = weak.lock();
-                  if (delivery && delivery->deliversHotKeys && delivery->handler)
-                      delivery->handler(
-                          {.kind = kind, .identifier = identifier, .keyCode = 0, .modifierFlags = 0});
-              });
-          }) {}
+      m_thread(makeListener(queue), OwnWindows{toolkitConnection()}) {
+    for (const auto onlooker : {HotKeyGrabs::Onlooker::tap, HotKeyGrabs::Onlooker::monitor}) {
+        m_delivery->onlookers.try_emplace(onlooker, [this, onlooker](bool isEmpty) {
+            m_thread.run([&](HotKeyGrabs& grabs) {
+                if (isEmpty)
+                    grabs.stopTelling(onlooker);
+                else if (grabs.startTelling(onlooker))
+                    m_granted.insert(onlooker);
+                else
+                    m_granted.erase(onlooker);
+            });
+        });
+    }
+}
+
+HotKeyGrabs::Listener X11HotKeys::makeListener(MainQueue& queue) const {
+    const std::weak_ptr weak{m_delivery};
+    return {.hotKey =
+                [&queue, weak](HotKeyEvent::Kind kind, HotKeyIdentifier identifier) {
+                    queue.postFromAnyThread([weak, kind, identifier] {
+                        const auto delivery = weak.lock();
+                        if (delivery && delivery->deliversHotKeys && delivery->handler)
+                            delivery->handler(
+                                {.kind = kind, .identifier = identifier, .keyCode = 0, .modifierFlags = 0});
+                    });
+                },
+            .keyDown =
+                [&queue, weak](HotKeyGrabs::Onlooker onlooker, std::uint16_t keyCode) {
+                    queue.postFromAnyThread([weak, onlooker, keyCode] {
+                        if (const auto delivery = weak.lock())
+                            delivery->onlookers.at(onlooker).any(
+                                EventMask::keyDown, [keyCode](const EventMonitors::KeyDownHandler& handler) {
+                                    handler(keyCode);
+                                    return false;
+                                });
+                    });
+                }};
+}
 
 bool X11HotKeys::installHandler(Handler handler) {
     bool isUsable = false;
@@ -61,6 +91,20 @@ void X11HotKeys::unregisterHotKey(HotKeyReference reference) {
 
 void X11HotKeys::deliverHotKeys(bool deliver) {
     m_delivery->deliversHotKeys = deliver;
+}
+
+std::unique_ptr<EventMonitor> X11HotKeys::tapKeyDowns(EventMonitors::KeyDownHandler handler) {
+    return add(HotKeyGrabs::Onlooker::tap, std::move(handler));
+}
+
+std::unique_ptr<EventMonitor> X11HotKeys::addGlobalKeyDownMonitor(EventMonitors::KeyDownHandler handler) {
+    return add(HotKeyGrabs::Onlooker::monitor, std::move(handler));
+}
+
+std::unique_ptr<EventMonitor> X11HotKeys::add(HotKeyGrabs::Onlooker onlooker,
+                                              EventMonitors::KeyDownHandler handler) {
+    auto monitor = m_delivery->onlookers.at(onlooker).add(EventMask::keyDown, std::move(handler));
+    return m_granted.contains(onlooker) ? std::move(monitor) : nullptr;
 }
 
 } // namespace kestrova

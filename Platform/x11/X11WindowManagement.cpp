@@ -4,11 +4,8 @@
 #include "Platform/x11/Display.h"
 #include "Platform/x11/ScreenCover.h"
 #include "Platform/x11/ToolkitConnection.h"
-#include "Platform/x11/XcbReply.h"
 
 #include <QByteArray>
-
-#include <xcb/shape.h>
 
 #include <algorithm>
 #include <array>
@@ -27,10 +24,8 @@ constexpr std::uint32_t fromApplication = 1;
 X11WindowManagement::X11WindowManagement() : m_connection(toolkitConnection()) {
     if (!m_connection)
         return;
-    const int screen = screenNumber();
     m_root = screenOf(m_connection).root;
-    const std::array<std::pair<QByteArray, xcb_atom_t*>, 7> wanted{{
-        {"_NET_WM_CM_S" + QByteArray::number(screen), &m_compositorSelection},
+    const std::array<std::pair<QByteArray, xcb_atom_t*>, 6> wanted{{
         {"_NET_WM_STATE", &m_state},
         {"_NET_WM_STATE_SKIP_TASKBAR", &m_stateSkipTaskbar},
         {"_NET_WM_STATE_SKIP_PAGER", &m_stateSkipPager},
@@ -45,16 +40,8 @@ X11WindowManagement::X11WindowManagement() : m_connection(toolkitConnection()) {
         *wanted[i].second = atomOf(m_connection, cookies[i]);
 }
 
-bool X11WindowManagement::isCompositing() const {
-    if (!m_connection)
-        return false;
-    const XcbReply<xcb_get_selection_owner_reply_t> reply{xcb_get_selection_owner_reply(
-        m_connection, xcb_get_selection_owner(m_connection, m_compositorSelection), nullptr)};
-    return reply && reply->owner != XCB_NONE;
-}
-
 bool X11WindowManagement::isScreenCovered() const {
-    return !m_connection || kestrova::isScreenCovered(m_connection, m_root);
+    return !m_connection || kestrova::isScreenCovered(m_connection, m_root, OwnWindows{m_connection});
 }
 
 void X11WindowManagement::standApart(std::uint64_t window) {
@@ -68,6 +55,14 @@ void X11WindowManagement::standApart(std::uint64_t window) {
 }
 
 void X11WindowManagement::limitPresses(std::uint64_t window, const QRegion& pixels) {
+    setShape(XCB_SHAPE_SK_INPUT, window, pixels);
+}
+
+void X11WindowManagement::cutOff(std::uint64_t window, const QRect& pixels) {
+    setShape(XCB_SHAPE_SK_BOUNDING, window, pixels);
+}
+
+void X11WindowManagement::setShape(xcb_shape_sk_t kind, std::uint64_t window, const QRegion& pixels) const {
     if (!m_connection)
         return;
     std::vector<xcb_rectangle_t> rectangles;
@@ -76,7 +71,7 @@ void X11WindowManagement::limitPresses(std::uint64_t window, const QRegion& pixe
                               .y = static_cast<std::int16_t>(each.y()),
                               .width = static_cast<std::uint16_t>(each.width()),
                               .height = static_cast<std::uint16_t>(each.height())});
-    xcb_shape_rectangles(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_YX_BANDED,
+    xcb_shape_rectangles(m_connection, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_YX_BANDED,
                          static_cast<xcb_window_t>(window), 0, 0,
                          static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
     xcb_flush(m_connection);

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Platform/WindowManagement.h"
+#include "Platform/x11/CompositingNotices.h"
 
-#include <xcb/xcb.h>
+#include <xcb/shape.h>
+
+#include <utility>
 
 namespace kestrova {
 
@@ -12,17 +15,22 @@ public:
     /// The toolkit runs on X11.
     X11WindowManagement();
 
-    bool isCompositing() const override;
+    bool isCompositing() const override { return m_compositing.isCompositing(); }
+    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()> onDidChange) override {
+        return m_compositing.observe(std::move(onDidChange));
+    }
     bool isScreenCovered() const override;
     void standApart(std::uint64_t window) override;
     void limitPresses(std::uint64_t window, const QRegion& pixels) override;
+    void cutOff(std::uint64_t window, const QRect& pixels) override;
 
 private:
+    void setShape(xcb_shape_sk_t kind, std::uint64_t window, const QRegion& pixels) const;
     void send(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const;
 
+    CompositingNotices m_compositing;
     xcb_connection_t* m_connection = nullptr;
     xcb_window_t m_root = XCB_NONE;
-    xcb_atom_t m_compositorSelection = XCB_ATOM_NONE;
     xcb_atom_t m_state = XCB_ATOM_NONE;
     xcb_atom_t m_stateSkipTaskbar = XCB_ATOM_NONE;
     xcb_atom_t m_stateSkipPager = XCB_ATOM_NONE;

@@ -33,6 +33,10 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
                      : std::nullopt;
 }
 
+std::unique_ptr<ActivationObserver> X11Workspace::observeActivations(std::function<void()> onDidActivate) {
+    return m_activations.observe(std::move(onDidActivate));
+}
+
 QIcon X11Workspace::icon(const RunningApplication& application) const {
     return iconNamed(application.iconName);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Workspace.h"
+#include "Platform/x11/ActivationNotices.h"
 #include "Platform/x11/FileManager.h"
 #include "Platform/x11/FileTypeFinder.h"
 #include "Platform/x11/X11Windows.h"
@@ -21,6 +22,7 @@ public:
     X11Workspace(MainQueue& mainQueue, DesktopEntries& entries, QString bundleIdentifier);
 
     std::optional<RunningApplication> frontmostApplication() const override;
+    std::unique_ptr<ActivationObserver> observeActivations(std::function<void()> onDidActivate) override;
     QIcon icon(const RunningApplication& application) const override;
     std::optional<ApplicationDescription> describe(const QString& bundleIdentifier) const override;
     void fileIcon(const QString& path, std::function<void(const QIcon&)> done) override;
@@ -34,6 +36,7 @@ private:
     DesktopEntries& m_entries;
     const QString m_bundleIdentifier;
     std::optional<X11Windows> m_windows;
+    ActivationNotices m_activations;
     FileManager m_fileManager;
     FileTypeFinder m_fileTypes;
 };

@@ -190,6 +190,17 @@ TEST_F(HotKeysTest, AScreenLockerIsNoMenu) {
     expectOnePress();
 }
 
+TEST_F(HotKeysTest, AWindowOfItsOwnOverEverythingIsNoScreenLocker) {
+    KeyReceiver menu(session.display());
+    ASSERT_TRUE(menu.grabKeyboard());
+    probe.ask(u"cover"_s, u"covers"_s);
+    probe.forget();
+    typeChord();
+    expectOnePress();
+    menu.cover(menu.screen());
+    expectNoPress(menu);
+}
+
 TEST_F(HotKeysTest, AScreenLockerWithAWindowOnEachMonitorIsNoMenu) {
     // The screen is larger than both together.
     session.run(u"xrandr"_s, {u"--setmonitor"_s, u"L"_s, u"640/169x600/158+0+0"_s, u"screen"_s});

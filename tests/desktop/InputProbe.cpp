@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScreen>
 #include <QSocketNotifier>
 
 #include <array>
@@ -153,6 +154,13 @@ private:
         const auto place = m_window.mapToGlobal(QPoint(5, 5));
         say(u"at %1 %2"_s.arg(place.x()).arg(place.y()));
     }
+    void coverScreen(const QStringList&) {
+        m_cover.setWindowFlags(Qt::X11BypassWindowManagerHint | Qt::FramelessWindowHint);
+        m_cover.setGeometry(m_cover.screen()->geometry());
+        m_cover.show();
+        QGuiApplication::sync();
+        say(u"covers"_s);
+    }
     void setText(const QStringList& words) {
         m_window.setText(words.join(u' '));
         say(u"set"_s);
@@ -187,6 +195,16 @@ private:
             }));
         say(u"monitors keys"_s);
     }
+    void tapKeys(const QStringList&) {
+        m_monitors.push_back(
+            m_eventMonitors.tapKeyDowns([](std::uint16_t keyCode) { say(u"tapped %1"_s.arg(keyCode)); }));
+        say(u"taps %1"_s.arg(m_monitors.back() != nullptr));
+    }
+    void watchKeys(const QStringList&) {
+        m_monitors.push_back(m_eventMonitors.addGlobalKeyDownMonitor(
+            [](std::uint16_t keyCode) { say(u"seen %1"_s.arg(keyCode)); }));
+        say(u"watches %1"_s.arg(m_monitors.back() != nullptr));
+    }
     void stopMonitoring(const QStringList&) {
         m_monitors.clear();
         say(u"stopped"_s);
@@ -205,11 +223,14 @@ private:
                                                 {u"layout"_s, &InputProbe::layoutText},
                                                 {u"show"_s, &InputProbe::showWindow},
                                                 {u"where"_s, &InputProbe::tellPlace},
+                                                {u"cover"_s, &InputProbe::coverScreen},
                                                 {u"set"_s, &InputProbe::setText},
                                                 {u"menu"_s, &InputProbe::openMenu},
                                                 {u"close-menu"_s, &InputProbe::closeMenu},
                                                 {u"monitor-mouse"_s, &InputProbe::monitorMouse},
                                                 {u"monitor-keys"_s, &InputProbe::monitorKeys},
+                                                {u"tap"_s, &InputProbe::tapKeys},
+                                                {u"watch"_s, &InputProbe::watchKeys},
                                                 {u"stop-monitoring"_s, &InputProbe::stopMonitoring}};
 
     const int m_pipe;
@@ -225,10 +246,11 @@ private:
                               clipboard->setText(clipboard->text(), QClipboard::Selection);
                               return true;
                           }};
-    X11EventMonitors m_eventMonitors{m_keymap};
+    X11EventMonitors m_eventMonitors{m_keymap, m_hotKeys};
     QtMenuTracking m_menuTracking;
     QLineEdit m_window;
     QMenu m_menu;
+    QWidget m_cover;
     std::map<unsigned, HotKeyReference> m_references;
     std::vector<std::unique_ptr<EventMonitor>> m_monitors;
     int m_swallowed = -1;

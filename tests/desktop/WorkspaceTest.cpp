@@ -131,6 +131,27 @@ TEST_F(WorkspaceTest, AWindowManagerThatHasCrashedIsNotAsked) {
     EXPECT_TRUE(eventually([&] { return window.hasFocus(); }));
 }
 
+TEST_F(WorkspaceTest, AnotherWindowInFrontIsToldOfOnceAndItsOwnIsNot) {
+    const ManagedWindow first(session, "first");
+    const ManagedWindow second(session, "second");
+    ASSERT_TRUE(host.activate(first.number()));
+    host.ask(u"observe"_s);
+    const auto isTold = [&](const QString& times) {
+        return eventually([&] { return host.ask(u"activations"_s) == times; });
+    };
+    EXPECT_TRUE(host.activate(second.number()));
+    EXPECT_TRUE(isTold(u"1"_s));
+    host.comeToFront();
+    EXPECT_EQ(host.ask(u"activations"_s), u"1"_s);
+    EXPECT_TRUE(host.activate(first.number()));
+    EXPECT_TRUE(isTold(u"2"_s));
+    host.tell(u"ignore"_s);
+    EXPECT_TRUE(host.activate(second.number()));
+    host.ask(u"observe"_s);
+    EXPECT_TRUE(host.activate(first.number()));
+    EXPECT_TRUE(isTold(u"3"_s));
+}
+
 TEST_F(WorkspaceTest, AMinimisedWindowComesToTheFront) {
     session.start({.program = u"xterm"_s});
     const auto window = activateWindowOfClass(session, u"XTerm"_s);

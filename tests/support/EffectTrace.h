@@ -106,6 +106,11 @@ class TracedWorkspace final : public FakeWorkspace {
 public:
     explicit TracedWorkspace(EffectTrace& effects) : m_trace(effects) {}
 
+    std::unique_ptr<ActivationObserver> observeActivations(std::function<void()> handler) override {
+        m_trace.add(QStringLiteral("workspace.observeActivations"));
+        onDidActivate = std::move(handler);
+        return std::make_unique<Observer>(m_trace);
+    }
     bool isTerminated(const RunningApplication&) const override { return terminated; }
     void activate(const RunningApplication& application) override {
         m_trace.add(QStringLiteral("workspace.activate %1").arg(nameOf(application)));
@@ -121,8 +126,15 @@ public:
     }
 
     bool terminated = false;
+    std::function<void()> onDidActivate;
 
 private:
+    struct Observer final : ActivationObserver {
+        explicit Observer(EffectTrace& effects) : trace(effects) {}
+        ~Observer() override { trace.add(QStringLiteral("workspace.stopObserving")); }
+        EffectTrace& trace;
+    };
+
     EffectTrace& m_trace;
 };
 
@@ -181,9 +193,10 @@ public:
     explicit TracedHUD(EffectTrace& effects) : m_trace(effects) {}
 
     void show(const std::shared_ptr<ClipboardItem>& item, HUDEvent event) override {
-        const auto word = event == HUDEvent::pasted   ? QStringLiteral("pasted")
-                          : event == HUDEvent::copied ? QStringLiteral("copied")
-                                                      : QStringLiteral("other");
+        const auto word = event == HUDEvent::pasted     ? QStringLiteral("pasted")
+                          : event == HUDEvent::copied   ? QStringLiteral("copied")
+                          : event == HUDEvent::captured ? QStringLiteral("captured")
+                                                        : QStringLiteral("other");
         m_trace.add(QStringLiteral("hud.%1 %2").arg(word, item->content()));
     }
 
@@ -243,10 +256,24 @@ public:
         localHandlers[mask] = std::move(handler);
         return std::make_unique<EventMonitor>();
     }
+    std::unique_ptr<EventMonitor> tapKeyDowns(KeyDownHandler handler) override {
+        m_trace.add(QStringLiteral("monitors.tapKeyDowns"));
+        if (refusesTaps)
+            return nullptr;
+        onKeyDown = std::move(handler);
+        return std::make_unique<KeyToken>(m_trace, QStringLiteral("monitors.untapKeyDowns"));
+    }
+    std::unique_ptr<EventMonitor> addGlobalKeyDownMonitor(KeyDownHandler handler) override {
+        m_trace.add(QStringLiteral("monitors.addGlobalKeyDown"));
+        onKeyDown = std::move(handler);
+        return std::make_unique<KeyToken>(m_trace, QStringLiteral("monitors.removeGlobalKeyDown"));
+    }
 
     bool refuses = false;
     int globalMonitors = 0;
+    bool refusesTaps = false;
     GlobalHandler onMouseDown;
+    KeyDownHandler onKeyDown;
     std::map<std::uint32_t, LocalHandler> localHandlers;
 
 private:
@@ -257,6 +284,12 @@ private:
             owner.m_trace.add(QStringLiteral("monitors.removeGlobal"));
         }
         TracedEventMonitors& owner;
+    };
+    struct KeyToken final : EventMonitor {
+        KeyToken(EffectTrace& effects, QString line) : trace(effects), onRemoval(std::move(line)) {}
+        ~KeyToken() override { trace.add(onRemoval); }
+        EffectTrace& trace;
+        const QString onRemoval;
     };
 
     EffectTrace& m_trace;

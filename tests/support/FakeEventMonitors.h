@@ -23,6 +23,12 @@ public:
     std::unique_ptr<EventMonitor> addLocalMonitor(std::uint32_t mask, LocalHandler handler) override {
         return m_local.add(mask, std::move(handler));
     }
+    std::unique_ptr<EventMonitor> tapKeyDowns(KeyDownHandler handler) override {
+        return refusesTaps ? nullptr : m_taps.add(EventMask::keyDown, std::move(handler));
+    }
+    std::unique_ptr<EventMonitor> addGlobalKeyDownMonitor(KeyDownHandler handler) override {
+        return refusesGlobalMonitors ? nullptr : m_keyDowns.add(EventMask::keyDown, std::move(handler));
+    }
 
     /// A press of the mouse in another application; `kind` is one of `EventMask`.
     void pressElsewhere(std::uint32_t kind) {
@@ -45,12 +51,23 @@ public:
         return isSwallowed;
     }
 
+    /// A press of a key in any application. Answers whether a tap keeps it from all of them.
+    bool pressKey(std::uint16_t keyCode) {
+        for (const auto& list : {m_taps.snapshot(), m_keyDowns.snapshot()})
+            for (const auto& [mask, handler] : list)
+                handler(keyCode);
+        return m_taps.size() > 0;
+    }
+
+    std::size_t taps() const { return m_taps.size(); }
+    std::size_t globalKeyDownMonitors() const { return m_keyDowns.size(); }
     std::size_t globalMonitors() const { return m_global.size(); }
     std::size_t localMonitors() const { return m_local.size(); }
     /// How many local monitors look at events of `kind`.
     std::size_t localMonitors(std::uint32_t kind) const { return m_local.size(kind); }
 
     bool refusesGlobalMonitors = false;
+    bool refusesTaps = false;
 
 private:
     bool tell(const LocalEvent& event) {
@@ -97,6 +114,8 @@ private:
 
     Monitors<GlobalHandler> m_global;
     Monitors<LocalHandler> m_local;
+    Monitors<KeyDownHandler> m_taps;
+    Monitors<KeyDownHandler> m_keyDowns;
     /// Whose press a monitor has swallowed.
     std::set<std::uint16_t> m_swallowed;
 };

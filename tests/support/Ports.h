@@ -7,7 +7,9 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -23,6 +25,13 @@ public:
 class FakeWorkspace : public Workspace {
 public:
     std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
+    std::unique_ptr<ActivationObserver> observeActivations(std::function<void()> onDidActivate) override {
+        auto observer = std::make_unique<Observer>();
+        observer->onDidActivate = std::move(onDidActivate);
+        observer->all = activationObservers;
+        activationObservers->insert(observer.get());
+        return observer;
+    }
     QIcon icon(const RunningApplication&) const override { return {}; }
     std::optional<ApplicationDescription> describe(const QString& bundleIdentifier) const override {
         const auto found = installed.find(bundleIdentifier);
@@ -37,6 +46,22 @@ public:
     void open(const QUrl&) override {}
     void reveal(const QUrl&) override {}
 
+    /// Another application comes to the front.
+    void activateAnother() const {
+        const auto observers = *activationObservers;
+        for (const auto* const observer : observers)
+            observer->onDidActivate();
+    }
+
+    struct Observer final : ActivationObserver {
+        Observer() = default;
+        ~Observer() override { all->erase(this); }
+        std::function<void()> onDidActivate;
+        // Shared: a holder may outlive the fake.
+        std::shared_ptr<std::set<const Observer*>> all;
+    };
+    std::shared_ptr<std::set<const Observer*>> activationObservers =
+        std::make_shared<std::set<const Observer*>>();
     std::optional<RunningApplication> frontmost;
     /// By identifier.
     std::map<QString, ApplicationDescription> installed;
