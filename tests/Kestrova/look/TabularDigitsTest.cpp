@@ -17,6 +17,28 @@ TEST(TabularDigitsTest, NumbersOfAsManyDigitsAreAsWide) {
     EXPECT_GE(tabularWidth(u"111"_qs, font), QFontMetricsF(font).horizontalAdvance(u"111"_qs));
 }
 
+TEST(TabularDigitsTest, OtherCharactersKeepTheirWidth) {
+    const auto font = QApplication::font();
+    EXPECT_EQ(tabularWidth(u"111, 11"_qs, font), tabularWidth(u"888, 88"_qs, font));
+    EXPECT_EQ(tabularWidth(u"-,"_qs, font),
+              QFontMetricsF(font).horizontalAdvance(u'-') + QFontMetricsF(font).horizontalAdvance(u','));
+}
+
+TEST(TabularDigitsTest, WhatFollowsDigitsStaysWhereItIsAsTheyChange) {
+    const auto drawn = [](const QString& text) {
+        QImage image(200, 40, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        drawTabular(painter, {10, 30}, text);
+        painter.end();
+        // A digit may reach a pixel into the blank that follows it.
+        const int after = 11 + static_cast<int>(tabularWidth(u"111"_qs, QApplication::font()));
+        return image.copy(after, 0, 200 - after, 40);
+    };
+    EXPECT_EQ(drawn(u"111 ,"_qs), drawn(u"808 ,"_qs));
+    EXPECT_NE(drawn(u"111 ,"_qs), drawn(u"111"_qs));
+}
+
 TEST(TabularDigitsTest, TheyEndAtTheRightEdge) {
     QImage image(200, 40, QImage::Format_RGB32);
     image.fill(Qt::white);
