@@ -37,6 +37,8 @@ class Blending final : public WindowManagement {
 public:
     bool isCompositing() const override { return true; }
     bool isScreenCovered() const override { return false; }
+    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
+    void cutOff(std::uint64_t, const QRect&) override {}
     void standApart(std::uint64_t) override {}
     void limitPresses(std::uint64_t, const QRegion&) override {}
 };

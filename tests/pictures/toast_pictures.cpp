@@ -19,6 +19,8 @@ public:
     explicit DrawnDesktop(bool blends) : m_blends(blends) {}
     bool isCompositing() const override { return m_blends; }
     bool isScreenCovered() const override { return false; }
+    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
+    void cutOff(std::uint64_t, const QRect&) override {}
     void standApart(std::uint64_t) override {}
     void limitPresses(std::uint64_t, const QRegion&) override {}
 

@@ -2,13 +2,12 @@
 
 #include "Kestrova/capture/widgets/HUDView.h"
 #include "Kestrova/look/Easing.h"
+#include "Kestrova/look/Outline.h"
 #include "Platform/WindowManagement.h"
 
-#include <QBitmap>
 #include <QGraphicsDropShadowEffect>
 #include <QGuiApplication>
 #include <QMargins>
-#include <QPainter>
 #include <QScreen>
 
 #include <utility>
@@ -41,17 +40,6 @@ QRectF values(const ScreenRect& rect) {
 
 ScreenRect screenRect(const QRectF& values) {
     return {.x = values.x(), .y = values.y(), .width = values.width(), .height = values.height()};
-}
-
-/// The pixels whose centres lie in the path.
-QRegion regionOf(const QPainterPath& path, QSize size, double scale = 1) {
-    QBitmap pixels((QSizeF(size) * scale).toSize());
-    pixels.clear();
-    QPainter painter(&pixels);
-    painter.scale(scale, scale);
-    painter.fillPath(path, Qt::color1);
-    painter.end();
-    return pixels;
 }
 
 } // namespace
@@ -150,10 +138,10 @@ void HUDPanelWidget::adaptToScreen() {
     m_shadow->setEnabled(isBlended);
     m_view->setGround(isBlended ? HUDView::Ground::translucent : HUDView::Ground::opaque);
     if (!isBlended)
-        setMask(regionOf(outline, size()));
+        setMask(pixelsWithin(outline, size()));
     else if (!mask().isEmpty())
         clearMask();
-    m_surroundings.windowManagement.limitPresses(winId(), regionOf(outline, size(), scale));
+    m_surroundings.windowManagement.limitPresses(winId(), pixelsWithin(outline, size(), scale));
 }
 
 } // namespace kestrova

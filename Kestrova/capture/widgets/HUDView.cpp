@@ -2,6 +2,7 @@
 
 #include "Kestrova/capture/widgets/HUDViewAccessible.h"
 #include "Kestrova/look/InterfaceFont.h"
+#include "Kestrova/look/Outline.h"
 #include "Kestrova/look/Symbol.h"
 
 #include <QFontMetricsF>
@@ -105,26 +106,7 @@ QSize HUDView::sizeHint() const {
 }
 
 QPainterPath HUDView::shape(const QRectF& rect) {
-    // Corners whose curvature grows from nothing: they reach further along the edges than an arc of the same
-    // radius, and pass through the same point on the diagonal.
-    constexpr double reachPerRadius = 1.528;
-    constexpr double pull = 0.822;
-    const double reach = std::min({cornerRadius * reachPerRadius, rect.width() / 2, rect.height() / 2});
-    const double rest = reach * (1 - pull);
-    QPainterPath path(QPointF(rect.left(), rect.top() + reach));
-    path.cubicTo(rect.left(), rect.top() + rest, rect.left() + rest, rect.top(), rect.left() + reach,
-                 rect.top());
-    path.lineTo(rect.right() - reach, rect.top());
-    path.cubicTo(rect.right() - rest, rect.top(), rect.right(), rect.top() + rest, rect.right(),
-                 rect.top() + reach);
-    path.lineTo(rect.right(), rect.bottom() - reach);
-    path.cubicTo(rect.right(), rect.bottom() - rest, rect.right() - rest, rect.bottom(), rect.right() - reach,
-                 rect.bottom());
-    path.lineTo(rect.left() + reach, rect.bottom());
-    path.cubicTo(rect.left() + rest, rect.bottom(), rect.left(), rect.bottom() - rest, rect.left(),
-                 rect.bottom() - reach);
-    path.closeSubpath();
-    return path;
+    return continuousRectangle(rect, cornerRadius);
 }
 
 void HUDView::paintEvent(QPaintEvent*) {

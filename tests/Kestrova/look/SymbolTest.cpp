@@ -31,7 +31,7 @@ TEST_P(SymbolTest, IsDrawnInTheColourThatIsAskedFor) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, SymbolTest,
-                         testing::Values(u"magnifyingglass", u"xmark.circle.fill", u"sidebar.left",
+                         testing::Values(u"magnifyingglass", u"xmark.circle.fill", u"xmark", u"sidebar.left",
                                          u"sidebar.right", u"list.bullet", u"square.grid.2x2", u"doc",
                                          u"doc.text", u"doc.on.doc", u"link", u"photo", u"paperclip",
                                          u"paintpalette", u"pin.fill", u"command", u"option", u"control",

@@ -20,6 +20,8 @@ class LimitedPresses final : public WindowManagement {
 public:
     bool isCompositing() const override { return compositing; }
     bool isScreenCovered() const override { return covered; }
+    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
+    void cutOff(std::uint64_t, const QRect&) override {}
     void standApart(std::uint64_t) override {}
     void limitPresses(std::uint64_t limitedWindow, const QRegion& pixels) override {
         window = limitedWindow;
