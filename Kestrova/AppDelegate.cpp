@@ -2,6 +2,7 @@
 
 #include "Kestrova/HotkeyManager.h"
 #include "Kestrova/StatusItem.h"
+#include "Kestrova/capture/CaptureCoordinator.h"
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 #include "Kestrova/commandline/CommandHandler.h"
 #include "Kestrova/shelf/PasteSequence.h"
@@ -33,7 +34,11 @@ AppDelegate::AppDelegate(Host host)
       m_hud({.screens = m_host.screens,
              .defaults = m_host.defaults,
              .mainQueue = m_host.mainQueue,
-             .makePanel = m_host.makeHUDPanel}) {}
+             .makePanel = m_host.makeHUDPanel}),
+      m_thumbnails({.screens = m_host.screens,
+                    .defaults = m_host.defaults,
+                    .mainQueue = m_host.mainQueue,
+                    .makePanel = m_host.makeThumbnailPanel}) {}
 
 AppDelegate::~AppDelegate() {
     m_host.modelContainer.onRowsDeleted = nullptr;
@@ -80,6 +85,9 @@ void AppDelegate::launch(LaunchStep step) {
     case LaunchStep::shelfPanel:
         makeShelfPanelController();
         break;
+    case LaunchStep::capture:
+        makeCaptureCoordinator();
+        break;
     case LaunchStep::hotkeys:
         makeHotkeyManager();
         break;
@@ -87,7 +95,6 @@ void AppDelegate::launch(LaunchStep step) {
         joinHUD();
         break;
     // Steps whose subsystem this build does not have keep their place.
-    case LaunchStep::capture:
     case LaunchStep::linkPreviewWarmUp:
     case LaunchStep::updater:
     case LaunchStep::diagnostics:
@@ -107,13 +114,19 @@ void AppDelegate::perform(StatusMenuAction action) {
     case StatusMenuAction::togglePanel:
         togglePanel();
         break;
+    case StatusMenuAction::captureArea:
+        m_captureCoordinator->beginSession(CaptureMode::area);
+        break;
+    case StatusMenuAction::captureFullScreen:
+        m_captureCoordinator->captureFullScreen();
+        break;
+    case StatusMenuAction::captureWindow:
+        m_captureCoordinator->beginSession(CaptureMode::window);
+        break;
     case StatusMenuAction::terminate:
         m_host.terminate();
         break;
     // Entries whose subsystem this build does not have are disabled.
-    case StatusMenuAction::captureArea:
-    case StatusMenuAction::captureFullScreen:
-    case StatusMenuAction::captureWindow:
     case StatusMenuAction::checkForUpdates:
     case StatusMenuAction::openChangelog:
     case StatusMenuAction::toggleLaunchAtLogin:
@@ -167,11 +180,42 @@ void AppDelegate::makeShelfPanelController() {
                                            .linkPreviews = m_linkPreviews});
 }
 
+void AppDelegate::makeCaptureCoordinator() {
+    m_captureCoordinator = std::make_shared<CaptureCoordinator>(
+        CaptureCoordinator::Surroundings{.modelContainer = m_host.modelContainer,
+                                         .mainQueue = m_host.mainQueue,
+                                         .screenContent = m_host.screenContent,
+                                         .screens = m_host.screens,
+                                         .pasteboard = m_host.pasteboard,
+                                         .soundPlayer = m_host.soundPlayer,
+                                         .defaults = m_host.defaults,
+                                         .machineInfo = m_host.machineInfo,
+                                         .hud = m_hud,
+                                         .diagnostics = m_captureDiagnostics,
+                                         .makeSession = m_host.makeCaptureSession});
+    // A capture that is under way holds the coordinator weakly: nobody calls these once the delegate has
+    // gone.
+    m_captureCoordinator->onCaptureSessionWillStart = [this] { m_panelController->enterCaptureMode(); };
+    m_captureCoordinator->onCaptureSessionDidEnd = [this] { m_panelController->exitCaptureMode(); };
+    joinThumbnails();
+}
+
+void AppDelegate::joinThumbnails() {
+    m_captureCoordinator->onDidCapture = [this](const QImage& image, const QByteArray& pngData,
+                                                const QString& suggestedName) {
+        m_thumbnails.show(image, pngData, suggestedName);
+    };
+    m_thumbnails.onClick = [this] { showPanel(); };
+}
+
 void AppDelegate::makeHotkeyManager() {
     m_keyboardShortcuts = std::make_unique<KeyboardShortcuts>(m_host.hotKeys, m_host.defaults,
                                                               m_host.keyboardLayout, m_host.menuTracking);
     m_hotkeys = std::make_unique<HotkeyManager>(*m_keyboardShortcuts);
     m_hotkeys->onTogglePanel = [this] { togglePanel(); };
+    m_hotkeys->onCaptureArea = [this] { perform(StatusMenuAction::captureArea); };
+    m_hotkeys->onCaptureFullScreen = [this] { perform(StatusMenuAction::captureFullScreen); };
+    m_hotkeys->onCaptureWindow = [this] { perform(StatusMenuAction::captureWindow); };
 }
 
 void AppDelegate::joinHUD() {
@@ -210,6 +254,10 @@ void AppDelegate::serveCommands() {
         if (m_panelController->isPanelVisible())
             m_panelController->hidePanel();
     };
+    m_commandHandler->mayCapture = [this] { return m_captureCoordinator->mayCapture(); };
+    m_commandHandler->onCaptureFullScreen = [this] { perform(StatusMenuAction::captureFullScreen); };
+    m_commandHandler->onCaptureArea = [this] { perform(StatusMenuAction::captureArea); };
+    m_commandHandler->onCaptureWindow = [this] { perform(StatusMenuAction::captureWindow); };
     m_commandHandler->onPaste = [this](const std::shared_ptr<ClipboardItem>& item) {
         const PasteSequence sequence({.mainQueue = m_host.mainQueue,
                                       .pasteboard = m_host.pasteboard,

@@ -2,6 +2,9 @@
 
 #include "Kestrova/LaunchSequence.h"
 #include "Kestrova/StatusMenu.h"
+#include "Kestrova/capture/CaptureDiagnostics.h"
+#include "Kestrova/capture/CaptureSession.h"
+#include "Kestrova/capture/CapturedThumbnailController.h"
 #include "Kestrova/capture/HUDController.h"
 #include "Kestrova/clipboard/TextRecognizer.h"
 #include "Kestrova/services/LinkPreviewCache.h"
@@ -15,6 +18,7 @@
 namespace kestrova {
 
 class Accessibility;
+class CaptureCoordinator;
 class ClipboardMonitor;
 class CommandHandler;
 class EventMonitors;
@@ -28,14 +32,17 @@ class MachineInfo;
 class MenuTracking;
 class ModelContainer;
 class Pasteboard;
+class ScreenContent;
 class Screens;
 class ShelfPanel;
 class ShelfPanelController;
 class Sharing;
 class SingleInstance;
+class SoundPlayer;
 class StatusItem;
 class SystemTray;
 class TaskListPresence;
+class ThumbnailPanel;
 class UserDefaults;
 class Workspace;
 
@@ -53,6 +60,8 @@ public:
         Pasteboard& pasteboard;
         Workspace& workspace;
         const Screens& screens;
+        ScreenContent& screenContent;
+        SoundPlayer& soundPlayer;
         EventMonitors& eventMonitors;
         KeyPoster& keyPoster;
         Accessibility& accessibility;
@@ -68,6 +77,10 @@ public:
         Sharing& sharing;
         /// Makes the toast's window when it is first needed.
         std::function<std::unique_ptr<HUDPanel>()> makeHUDPanel;
+        /// Makes the window of the previews whenever they come up.
+        std::function<std::unique_ptr<ThumbnailPanel>()> makeThumbnailPanel;
+        /// Makes what lets the person select an area or a window.
+        std::function<std::shared_ptr<CaptureSession>(CaptureMode)> makeCaptureSession;
         /// Ends the event loop.
         std::function<void()> terminate;
     };
@@ -95,6 +108,8 @@ private:
     void startClipboardMonitor();
     void scrubLater();
     void makeShelfPanelController();
+    void makeCaptureCoordinator();
+    void joinThumbnails();
     void makeHotkeyManager();
     void joinHUD();
     void togglePanel();
@@ -108,6 +123,8 @@ private:
     Host m_host;
     ActivationPolicy m_activationPolicy = ActivationPolicy::accessory;
     HUDController m_hud;
+    CapturedThumbnailController m_thumbnails;
+    NoCaptureDiagnostics m_captureDiagnostics;
     NoTextRecognition m_textRecognizer;
     NoLinkPreviews m_linkPreviews;
     ScheduledBlock m_scrub;
@@ -115,6 +132,7 @@ private:
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<ClipboardMonitor> m_clipboardMonitor;
     std::unique_ptr<ShelfPanelController> m_panelController;
+    std::shared_ptr<CaptureCoordinator> m_captureCoordinator;
     std::unique_ptr<KeyboardShortcuts> m_keyboardShortcuts;
     std::unique_ptr<HotkeyManager> m_hotkeys;
     std::unique_ptr<CommandHandler> m_commandHandler;

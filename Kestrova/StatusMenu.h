@@ -49,7 +49,6 @@ using StatusMenu = std::vector<StatusMenuEntry>;
 
 /// The parts of the program that entries need; the entries of one that is not there are disabled.
 struct StatusMenuCapabilities {
-    bool captures = false;
     bool updateCheck = false;
     bool changelog = false;
     bool launchAtLogin = false;

@@ -1,13 +1,19 @@
 #include "Kestrova/AppDelegate.h"
 #include "Kestrova/CommandClient.h"
 #include "Kestrova/MenuBarIcon.h"
+#include "Kestrova/capture/AreaCaptureSession.h"
+#include "Kestrova/capture/CapturedImageFiles.h"
+#include "Kestrova/capture/widgets/CrosshairCursor.h"
 #include "Kestrova/capture/widgets/HUDPanelWidget.h"
+#include "Kestrova/capture/widgets/OverlayPanelWidget.h"
+#include "Kestrova/capture/widgets/ThumbnailPanelWidget.h"
 #include "Kestrova/clipboard/ClipboardMonitor.h"
 #include "Kestrova/commandline/Command.h"
 #include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
 #include "KestrovaCore/KovaStore.h"
 #include "Platform/x11/Allocator.h"
 #include "Platform/x11/AtspiAccessibility.h"
+#include "Platform/x11/CanberraSoundPlayer.h"
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/Display.h"
 #include "Platform/x11/FontMemory.h"
@@ -28,6 +34,7 @@
 #include "Platform/x11/X11KeyboardLayout.h"
 #include "Platform/x11/X11Keymap.h"
 #include "Platform/x11/X11Pasteboard.h"
+#include "Platform/x11/X11ScreenContent.h"
 #include "Platform/x11/X11Screens.h"
 #include "Platform/x11/X11SystemTray.h"
 #include "Platform/x11/X11WindowManagement.h"
@@ -35,6 +42,7 @@
 #include "Platform/x11/XdgSharing.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -66,6 +74,30 @@ QRect toolkitRect(const ScreenRect& rect) {
 
 ScreenRect screenRect(const QRect& rect) {
     return X11Screens::geometry().rectOfToolkit(rect);
+}
+
+/// Over that display, as the displays are now.
+std::unique_ptr<OverlayPanel> makeOverlayPanel(const Screen& screen, MainQueue& mainQueue,
+                                               WindowManagement& windowManagement,
+                                               CrosshairCursor& crosshair) {
+    const auto displays = X11Screens::geometry();
+    const auto pixels = displays.pixelsOf(screen.identifier);
+    auto* const toolkitScreen = X11Screens::toolkitScreen(screen.identifier);
+    std::optional<OverlayPanelWidget::Place> place;
+    if (pixels && toolkitScreen)
+        place = {.screen = toolkitScreen, .pixels = *pixels};
+    using PixelPoint = OverlayPanelWidget::PixelPoint;
+    return std::make_unique<OverlayPanelWidget>(OverlayPanelWidget::Surroundings{
+        .mainQueue = mainQueue,
+        .windowManagement = windowManagement,
+        .crosshair = crosshair,
+        .place = place,
+        .pointOfPixel =
+            [displays, display = screen.identifier](QPoint pixel, PixelPoint meaning) {
+                return meaning == PixelPoint::centre ? displays.pointOfPixel(pixel)
+                                                     : displays.cornerOfPixel(display, pixel);
+            },
+        .onRest = letGoOfFontPages});
 }
 
 /// Unlike `quit`, which any open window can refuse.
@@ -100,12 +132,14 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
                              ClipboardMonitor::imageFileExtensions());
     X11Workspace workspace(mainQueue, desktopEntries, machineInfo.bundleIdentifier());
     const X11Screens screens;
+    X11ScreenContent screenContent(mainQueue, desktopEntries, machineInfo.bundleIdentifier());
+    CanberraSoundPlayer soundPlayer(QApplication::applicationDirPath(), machineInfo.bundleIdentifier());
     X11Keymap keymap;
-    X11EventMonitors eventMonitors(keymap);
+    X11HotKeys hotKeys(mainQueue, keymap);
+    X11EventMonitors eventMonitors(keymap, hotKeys);
     X11KeyPoster keyPoster(mainQueue, workspace, keymap,
                            [&pasteboard] { return pasteboard.ownPrimarySelectionToo(); });
     AtspiAccessibility accessibility(mainQueue);
-    X11HotKeys hotKeys(mainQueue, keymap);
     const X11KeyboardLayout keyboardLayout(keymap);
     QtMenuTracking menuTracking;
     X11SystemTray systemTray(mainQueue);
@@ -119,12 +153,29 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
                                  .toolkitRect = toolkitRect,
                                  .screenRect = screenRect,
                                  .onRest = letGoOfFontPages});
+    CrosshairCursor crosshair;
+    const auto makeCaptureSession = [&](CaptureMode mode) -> std::shared_ptr<CaptureSession> {
+        return std::make_shared<AreaCaptureSession>(
+            mode, AreaCaptureSession::Surroundings{.mainQueue = mainQueue,
+                                                   .screenContent = screenContent,
+                                                   .screens = screens,
+                                                   .eventMonitors = eventMonitors,
+                                                   .workspace = workspace,
+                                                   .machineInfo = machineInfo,
+                                                   .makePanel = [&](const Screen& screen) {
+                                                       return makeOverlayPanel(screen, mainQueue,
+                                                                               windowManagement, crosshair);
+                                                   }});
+    };
     XdgSharing sharing(mainQueue, machineInfo.bundleIdentifier(), cacheDirectory(QStringLiteral("Shared")));
+    CapturedImageFiles capturedImageFiles(mainQueue, QDir::tempPath());
     AppDelegate delegate({.modelContainer = *container.value(),
                           .mainQueue = mainQueue,
                           .pasteboard = pasteboard,
                           .workspace = workspace,
                           .screens = screens,
+                          .screenContent = screenContent,
+                          .soundPlayer = soundPlayer,
                           .eventMonitors = eventMonitors,
                           .keyPoster = keyPoster,
                           .accessibility = accessibility,
@@ -145,6 +196,16 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
                                                                    .toolkitRect = toolkitRect,
                                                                    .onRest = letGoOfFontPages});
                               },
+                          .makeThumbnailPanel =
+                              [&] {
+                                  return std::make_unique<ThumbnailPanelWidget>(
+                                      ThumbnailPanelWidget::Surroundings{.mainQueue = mainQueue,
+                                                                         .windowManagement = windowManagement,
+                                                                         .files = capturedImageFiles,
+                                                                         .toolkitRect = toolkitRect,
+                                                                         .onRest = letGoOfFontPages});
+                              },
+                          .makeCaptureSession = makeCaptureSession,
                           .terminate = endEventLoop});
     const TerminationSignals signals(endEventLoop);
     delegate.applicationWillFinishLaunching();

@@ -3,8 +3,16 @@
 #include <QRegion>
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 
 namespace kestrova {
+
+/// Keeps an observer of compositing told for as long as it lives.
+class CompositingObserver {
+public:
+    virtual ~CompositingObserver() = default;
+};
 
 /// What the program asks of the window manager, and learns of the screen, beyond what the toolkit offers.
 /// Main thread only; windows are in the host's own numbering.
@@ -14,6 +22,9 @@ public:
 
     /// Whether windows are blended with what lies behind them, now. Without it a transparent pixel is black.
     virtual bool isCompositing() const = 0;
+    /// Tells each time when what `isCompositing` answers may have become another.
+    [[nodiscard]] virtual std::unique_ptr<CompositingObserver>
+    observeCompositing(std::function<void()> onDidChange) = 0;
     /// Whether nothing of the desktop is seen, as behind a screen locker, now. True if the screen does not
     /// tell.
     virtual bool isScreenCovered() const = 0;
@@ -24,6 +35,9 @@ public:
     /// From now on a press outside `pixels`, which are counted from the window's upper left corner, goes to
     /// what lies below the window.
     virtual void limitPresses(std::uint64_t window, const QRegion& pixels) = 0;
+    /// From now on nothing outside `pixels`, which are counted likewise, is part of the window: it neither
+    /// shows nor takes presses.
+    virtual void cutOff(std::uint64_t window, const QRect& pixels) = 0;
 };
 
 } // namespace kestrova

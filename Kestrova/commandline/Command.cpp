@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace kestrova {
 namespace {
@@ -49,6 +50,21 @@ std::optional<ItemID> itemID(const QString& text) {
     bool isNumber = false;
     const auto value = text.toLongLong(&isNumber);
     return isNumber && value > 0 ? std::optional{ItemID{value}} : std::nullopt;
+}
+
+Parsed parseCapture(const QStringList& arguments) {
+    using enum CaptureCommand::Target;
+    const Words words(arguments, {}, 1);
+    if (!words.error().isEmpty())
+        return WrongUse{words.error()};
+    const std::array targets{std::pair{QStringLiteral("area"), area},
+                             std::pair{QStringLiteral("window"), window},
+                             std::pair{QStringLiteral("screen"), screen}};
+    for (const auto& [name, target] : targets)
+        if (words.positional(0) == name)
+            return Command{CaptureCommand{target}};
+    return WrongUse{
+        QStringLiteral("capture: '%1' is neither area nor window nor screen").arg(words.positional(0))};
 }
 
 Parsed parseList(const QStringList& arguments) {
@@ -127,6 +143,8 @@ constexpr std::array verbs{
          "open the shelf, or close it if it is open"},
     Verb{QLatin1StringView("show"), parsePlain<ShowCommand>, "show", "open the shelf"},
     Verb{QLatin1StringView("hide"), parsePlain<HideCommand>, "hide", "close the shelf"},
+    Verb{QLatin1StringView("capture"), parseCapture, "capture area|window|screen",
+         "begin a capture; the picture follows as the newest item"},
     Verb{QLatin1StringView("list"), parseList, "list [--json] [--limit N] [--search TEXT]",
          "show the history, newest first"},
     Verb{QLatin1StringView("get"), parseGet, "get ID [--image FILE]",

@@ -28,6 +28,10 @@ struct VersionCommand {};
 struct ToggleCommand {};
 struct ShowCommand {};
 struct HideCommand {};
+struct CaptureCommand {
+    enum class Target { area, window, screen };
+    Target target = Target::screen;
+};
 struct ListCommand {
     bool json = false;
     std::optional<std::size_t> limit;
@@ -59,8 +63,8 @@ struct StatusCommand {
 struct QuitCommand {};
 
 using Command = std::variant<StartCommand, HelpCommand, VersionCommand, ToggleCommand, ShowCommand,
-                             HideCommand, ListCommand, GetCommand, CopyCommand, PasteCommand, AddCommand,
-                             PinCommand, DeleteCommand, StatusCommand, QuitCommand>;
+                             HideCommand, CaptureCommand, ListCommand, GetCommand, CopyCommand, PasteCommand,
+                             AddCommand, PinCommand, DeleteCommand, StatusCommand, QuitCommand>;
 
 /// What is wrong with the arguments, in one line without a line feed.
 struct WrongUse {

@@ -90,6 +90,21 @@ CommandReply CommandHandler::run(const HideCommand&) {
     return told(onHide);
 }
 
+CommandReply CommandHandler::run(const CaptureCommand& command) {
+    using enum CaptureCommand::Target;
+    if (mayCapture && !mayCapture())
+        return failed(QStringLiteral("the screen is locked or cannot be captured"));
+    switch (command.target) {
+    case area:
+        return told(onCaptureArea);
+    case window:
+        return told(onCaptureWindow);
+    case screen:
+        return told(onCaptureFullScreen);
+    }
+    return {};
+}
+
 CommandReply CommandHandler::run(const ListCommand& command) {
     FetchDescriptor wanted{.limit = command.limit.value_or(FetchDescriptor::noLimit)};
     const SearchTerm term(command.search);

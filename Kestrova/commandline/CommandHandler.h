@@ -39,6 +39,12 @@ public:
     std::function<void()> onToggle;
     std::function<void()> onShow;
     std::function<void()> onHide;
+    /// Whether a capture can begin now; the person is asked for what the host misses.
+    std::function<bool()> mayCapture;
+    /// Begin a capture.
+    std::function<void()> onCaptureArea;
+    std::function<void()> onCaptureWindow;
+    std::function<void()> onCaptureFullScreen;
     /// Pastes the item into the application in front.
     std::function<void(const std::shared_ptr<ClipboardItem>&)> onPaste;
     std::function<bool()> isShelfVisible;
@@ -54,6 +60,7 @@ private:
     CommandReply run(const ToggleCommand&);
     CommandReply run(const ShowCommand&);
     CommandReply run(const HideCommand&);
+    CommandReply run(const CaptureCommand& command);
     CommandReply run(const ListCommand& command);
     CommandReply run(const GetCommand& command);
     CommandReply run(const CopyCommand& command);

@@ -1,17 +1,4 @@
-#include "Kestrova/AppDelegate.h"
-
-#include "Kestrova/clipboard/OwnWrite.h"
-#include "tests/support/EffectTrace.h"
-#include "tests/support/FakeHotKeys.h"
-#include "tests/support/FakeKeyboardLayout.h"
-#include "tests/support/FakeMenuTracking.h"
-#include "tests/support/FakeSystemTray.h"
-#include "tests/support/FakeTaskListPresence.h"
-#include "tests/support/InMemoryUserDefaults.h"
-#include "tests/support/ManualMainQueue.h"
-#include "tests/support/Ports.h"
-#include "tests/support/StoreFixture.h"
-#include "tests/support/TracedHUDPanel.h"
+#include "tests/Kestrova/AppDelegateFixture.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -21,65 +8,13 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <vector>
 
 namespace kestrova {
 namespace {
 
 using namespace std::chrono_literals;
 
-class AppDelegateTest : public StoreFixture {
-protected:
-    AppDelegateTest() { ownWriteChangeCount = 0; }
-
-    const QString cleanlyKey = QStringLiteral("diagnostics.lastSessionEndedCleanly");
-    ManualMainQueue m_queue;
-    EffectTrace m_trace{m_queue};
-    TracedPasteboard m_tracedPasteboard{m_trace};
-    FakePasteboard& m_pasteboard = m_tracedPasteboard.inner;
-    TracedWorkspace m_workspace{m_trace};
-    FakeScreens m_screens;
-    TracedEventMonitors m_eventMonitors{m_trace};
-    TracedKeyPoster m_keyPoster{m_trace};
-    TracedAccessibility m_accessibility{m_queue, m_trace};
-    FakeHotKeys m_hotKeys;
-    FakeKeyboardLayout m_keyboardLayout;
-    FakeMenuTracking m_menuTracking;
-    FakeSystemTray m_systemTray;
-    FakeTaskListPresence m_taskListPresence;
-    TracedPanel m_panel{m_trace};
-    TracedSharing m_sharing{m_trace};
-    InMemoryUserDefaults m_defaults;
-    FakeMachineInfo m_machineInfo;
-    FakeSingleInstance m_instance;
-    TracedHUDPanel* m_toast = nullptr;
-    int m_terminations = 0;
-    AppDelegate m_delegate{{.modelContainer = *m_container,
-                            .mainQueue = m_queue,
-                            .pasteboard = m_tracedPasteboard,
-                            .workspace = m_workspace,
-                            .screens = m_screens,
-                            .eventMonitors = m_eventMonitors,
-                            .keyPoster = m_keyPoster,
-                            .accessibility = m_accessibility,
-                            .hotKeys = m_hotKeys,
-                            .keyboardLayout = m_keyboardLayout,
-                            .menuTracking = m_menuTracking,
-                            .defaults = m_defaults,
-                            .machineInfo = m_machineInfo,
-                            .singleInstance = m_instance,
-                            .systemTray = m_systemTray,
-                            .taskListPresence = m_taskListPresence,
-                            .shelfPanel = m_panel,
-                            .sharing = m_sharing,
-                            .makeHUDPanel =
-                                [this] {
-                                    auto made = std::make_unique<TracedHUDPanel>(m_trace);
-                                    m_toast = made.get();
-                                    return made;
-                                },
-                            .terminate = [this] { ++m_terminations; }}};
-};
+class AppDelegateTest : public AppDelegateFixture {};
 
 TEST_F(AppDelegateTest, LaunchesInTheSettledOrder) {
     std::vector<LaunchStep> steps;
@@ -225,10 +160,6 @@ TEST_F(AppDelegateTest, BeingChosenInTheTaskListShowsTheShelfOnce) {
     m_taskListPresence.onActivate();
     EXPECT_EQ(m_trace.take(), QStringList());
 }
-
-// Super+Shift+V.
-constexpr std::uint32_t keyV = 9;
-constexpr std::uint32_t commandAndShift = 0x300;
 
 TEST_F(AppDelegateTest, TheEffectsOfALaunch) {
     m_delegate.onLaunchStep = [&](LaunchStep step) {

@@ -27,7 +27,7 @@ TEST_F(CommandLineTest, HelpAndVersionNeedNoRunningProgram) {
     const ProcessResult help = program.command({u"--help"_s});
     EXPECT_EQ(help.exitStatus, 0);
     for (const char* verb :
-         {"list", "get", "copy", "add", "pin", "delete", "status", "quit", "--help", "--version"})
+         {"capture", "list", "get", "copy", "add", "pin", "delete", "status", "quit", "--help", "--version"})
         EXPECT_TRUE(help.standardOutput.contains(verb)) << verb;
     const ProcessResult version = program.command({u"--version"_s});
     EXPECT_EQ(version.exitStatus, 0);

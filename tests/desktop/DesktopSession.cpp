@@ -33,13 +33,13 @@ QByteArray firstLine(Process& process, const char* what) {
 } // namespace
 
 // The template is short because a socket's path may have 107 bytes at most.
-DesktopSession::DesktopSession(Bus bus, Accessibility accessibility)
+DesktopSession::DesktopSession(Bus bus, Accessibility accessibility, QSize size, int depth)
     : m_folder(QDir::tempPath() + u"/kt-XXXXXX"_s) {
     if (!m_folder.isValid())
         throw std::runtime_error("no temporary folder: " + m_folder.errorString().toStdString());
     makeFolders();
     setAccessibility(accessibility);
-    startDisplay();
+    startDisplay(size, depth);
     if (bus == Bus::Own)
         startBus();
     if (accessibility == Accessibility::On)
@@ -110,10 +110,11 @@ void DesktopSession::startAccessibilityBus() {
         throw std::runtime_error("no accessibility bus: " + asked.standardError.toStdString());
 }
 
-void DesktopSession::startDisplay() {
+void DesktopSession::startDisplay(QSize size, int depth) {
+    const auto screen = u"%1x%2x%3"_s.arg(size.width()).arg(size.height()).arg(depth);
     Process& server = start({.program = u"Xvfb"_s,
                              .arguments = {u"-displayfd"_s, u"1"_s, u"-noreset"_s, u"-screen"_s, u"0"_s,
-                                           u"1280x800x24"_s, u"-nolisten"_s, u"tcp"_s, u"-dpi"_s, u"96"_s}});
+                                           screen, u"-nolisten"_s, u"tcp"_s, u"-dpi"_s, u"96"_s}});
     m_environment.insert(u"DISPLAY"_s, u':' + QString::fromLatin1(firstLine(server, "Xvfb")));
 }
 

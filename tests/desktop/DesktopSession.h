@@ -2,6 +2,7 @@
 
 #include "tests/desktop/Process.h"
 
+#include <QSize>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -18,7 +19,9 @@ public:
     /// Whether toolkits offer their elements to other programs; that wants a bus.
     enum class Accessibility { Off, On };
 
-    explicit DesktopSession(Bus bus = Bus::Own, Accessibility accessibility = Accessibility::Off);
+    /// The display has that many pixels, of that many bits.
+    explicit DesktopSession(Bus bus = Bus::Own, Accessibility accessibility = Accessibility::Off,
+                            QSize size = {1280, 800}, int depth = 24);
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
     ~DesktopSession();
@@ -49,7 +52,7 @@ private:
     void makeFolders();
     void setAccessibility(Accessibility accessibility);
     void startAccessibilityBus();
-    void startDisplay();
+    void startDisplay(QSize size, int depth);
     void startBus();
     void startWindowManager();
     QString nextOutputBase();

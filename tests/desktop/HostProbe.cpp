@@ -28,6 +28,7 @@
 ///   refuse-accessibility -> refuses; likewise
 ///   mouse               -> x y
 ///   place X Y W H       -> nothing; the program's window is put there, in global points
+///   content-...         -> see ContentCommands
 #include "Platform/x11/AtspiAccessibility.h"
 #include "Platform/x11/DesktopEntries.h"
 #include "Platform/x11/FrontmostApplication.h"
@@ -39,6 +40,7 @@
 #include "Platform/x11/X11Workspace.h"
 #include "Platform/x11/XdgSharing.h"
 #include "tests/desktop/BusServices.h"
+#include "tests/desktop/ContentCommands.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -51,6 +53,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <map>
+#include <memory>
 #include <optional>
 #include <unistd.h>
 
@@ -95,6 +98,12 @@ public:
             answer(QString::number(m_workspace.isTerminated(m_activated[window])));
         else if (command == "active"_L1)
             answer(QString::number(m_windows.activeWindow()));
+        else if (command == "observe"_L1)
+            observeActivations();
+        else if (command == "ignore"_L1)
+            m_observer.reset();
+        else if (command == "activations"_L1)
+            answer(QString::number(m_activations));
         else if (command == "describe"_L1)
             describe(words.value(1));
         else if (command == "icon"_L1)
@@ -133,7 +142,7 @@ public:
         else if (command == "place"_L1)
             place({words.value(1).toDouble(), words.value(2).toDouble(), words.value(3).toDouble(),
                    words.value(4).toDouble()});
-        else
+        else if (!m_content.obey(words))
             answer(u"unknown command"_s);
     }
 
@@ -240,6 +249,11 @@ private:
         m_workspace.activateOwnWindow(m_window.winId());
     }
 
+    void observeActivations() {
+        m_observer = m_workspace.observeActivations([this] { ++m_activations; });
+        answer(u"observes"_s);
+    }
+
     void describe(const QString& identifier) const {
         const auto application = m_workspace.describe(identifier);
         answer(application ? u"%1 %2"_s.arg(application->name).arg(!application->icon.isNull()) : u"none"_s);
@@ -269,7 +283,10 @@ private:
     QtMainQueue m_mainQueue;
     DesktopEntries m_entries;
     X11Workspace m_workspace{m_mainQueue, m_entries, ownIdentifier};
+    std::unique_ptr<ActivationObserver> m_observer;
+    int m_activations = 0;
     X11Screens m_screens;
+    ContentCommands m_content{m_mainQueue, m_entries, ownIdentifier, answer};
     X11SystemTray m_tray{m_mainQueue};
     bool m_trayAppeared = false;
     std::optional<PortalAppearance> m_appearance;

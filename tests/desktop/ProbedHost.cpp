@@ -14,11 +14,12 @@ namespace {
 using namespace Qt::StringLiterals;
 } // namespace
 
-ProbedHost::ProbedHost(DesktopSession& session)
+ProbedHost::ProbedHost(DesktopSession& session, const QStringList& wrapper)
     : m_pipe(session.path(u"host-"_s + QUuid::createUuid().toString(QUuid::Id128))) {
     if (::mkfifo(m_pipe.toLocal8Bit().constData(), 0600) != 0)
         throw std::runtime_error("no pipe for commands");
-    m_process = &session.start({.program = QStringLiteral(HOST_PROBE_BINARY), .arguments = {m_pipe}});
+    const auto command = wrapper + QStringList{QStringLiteral(HOST_PROBE_BINARY), m_pipe};
+    m_process = &session.start({.program = command.first(), .arguments = command.mid(1)});
     if (nextLine() != u"ready")
         throw std::runtime_error("the host did not start");
 }

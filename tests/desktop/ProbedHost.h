@@ -10,8 +10,9 @@ namespace kestrova::test {
 /// The host's adapters, at work in a process of their own on a session's desktop.
 class ProbedHost {
 public:
-    /// Returns once the adapters are there. Throws std::runtime_error if they do not come.
-    explicit ProbedHost(DesktopSession& session);
+    /// Returns once the adapters are there. Throws std::runtime_error if they do not come. `wrapper` is a
+    /// command that runs the one that follows it.
+    explicit ProbedHost(DesktopSession& session, const QStringList& wrapper = {});
 
     struct Insertion {
         bool isDone = false;

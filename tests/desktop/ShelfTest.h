@@ -27,9 +27,9 @@ protected:
     }
     /// From now on windows are blended with what lies behind them.
     void startCompositor() {
-        session.start({.program = QStringLiteral("picom"),
-                       .arguments = {QStringLiteral("--backend"), QStringLiteral("xrender"),
-                                     QStringLiteral("--config"), QStringLiteral("/dev/null")}});
+        compositor = &session.start({.program = QStringLiteral("picom"),
+                                     .arguments = {QStringLiteral("--backend"), QStringLiteral("xrender"),
+                                                   QStringLiteral("--config"), QStringLiteral("/dev/null")}});
         const XConnection x(session.display());
         ASSERT_TRUE(eventually([&x] {
             const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
@@ -41,6 +41,8 @@ protected:
     void pressCommandDigit(int digit) { keys.chord({keyAt::control, keyAt::digit(digit)}); }
 
     DesktopSession session;
+    /// Once it was started.
+    Process* compositor = nullptr;
     KestrovaProgram program{session};
     KeyPresser keys{session.display()};
     DesktopWindows windows{session.display()};

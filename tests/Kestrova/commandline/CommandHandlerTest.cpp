@@ -261,6 +261,29 @@ TEST_F(CommandHandlerTest, ToggleShowAndHideReachWhoeverJoinedThem) {
     EXPECT_EQ(told, (QStringList{QStringLiteral("hide"), QStringLiteral("toggle"), QStringLiteral("show")}));
 }
 
+TEST_F(CommandHandlerTest, CaptureReachesWhoeverJoinedIt) {
+    QStringList told;
+    m_handler.onCaptureArea = [&] { told.append(QStringLiteral("area")); };
+    m_handler.onCaptureWindow = [&] { told.append(QStringLiteral("window")); };
+    m_handler.onCaptureFullScreen = [&] { told.append(QStringLiteral("screen")); };
+    for (const char* const line : {"capture screen", "capture area", "capture window"})
+        EXPECT_EQ(run(line), CommandReply{}) << line;
+    EXPECT_EQ(told,
+              (QStringList{QStringLiteral("screen"), QStringLiteral("area"), QStringLiteral("window")}));
+}
+
+TEST_F(CommandHandlerTest, CaptureFailsWhereNothingMayBeCaptured) {
+    int begun = 0;
+    m_handler.mayCapture = [] { return false; };
+    m_handler.onCaptureArea = m_handler.onCaptureWindow = m_handler.onCaptureFullScreen = [&] { ++begun; };
+    for (const char* const line : {"capture screen", "capture area", "capture window"}) {
+        const auto reply = run(line);
+        EXPECT_EQ(reply.exitStatus, ExitStatus::failure) << line;
+        EXPECT_EQ(reply.standardError, "kestrova: the screen is locked or cannot be captured\n");
+    }
+    EXPECT_EQ(begun, 0);
+}
+
 TEST_F(CommandHandlerTest, StatusTellsWhetherTheShelfIsOpen) {
     bool isOpen = true;
     m_handler.isShelfVisible = [&] { return isOpen; };

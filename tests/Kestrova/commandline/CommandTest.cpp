@@ -21,6 +21,13 @@ TEST(CommandTest, NoArgumentsStartTheProgram) {
     parsed<StartCommand>({});
 }
 
+TEST(CommandTest, CaptureTakesWhatIsToBeCaptured) {
+    using enum CaptureCommand::Target;
+    EXPECT_EQ(parsed<CaptureCommand>(words("capture area")).target, area);
+    EXPECT_EQ(parsed<CaptureCommand>(words("capture window")).target, window);
+    EXPECT_EQ(parsed<CaptureCommand>(words("capture screen")).target, screen);
+}
+
 TEST(CommandTest, ListTakesItsOptionsInAnyOrder) {
     const auto plain = parsed<ListCommand>(words("list"));
     EXPECT_FALSE(plain.json);
@@ -72,15 +79,15 @@ TEST_P(WrongUseOf, IsToldInOneLine) {
     EXPECT_FALSE(command.error().message.contains(u'\n'));
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, WrongUseOf,
-                         testing::Values("frobnicate", "--json", "list extra", "list --limit",
-                                         "list --limit x", "list --limit -1", "list --limit 1.5",
-                                         "list --nope", "list --search", "get", "get x", "get 0", "get -1",
-                                         "get 1 2", "get 1 --image",
-                                         "get 1 --image=", "get 99999999999999999999", "copy", "copy one",
-                                         "add", "add a b", "pin", "pin 1 2", "delete", "delete 1.0",
-                                         "status extra", "status --limit 1", "quit now", "--help me",
-                                         "toggle 1", "show x", "hide x", "paste", "paste x"));
+INSTANTIATE_TEST_SUITE_P(
+    Table, WrongUseOf,
+    testing::Values("frobnicate", "--json", "list extra", "list --limit", "list --limit x", "list --limit -1",
+                    "list --limit 1.5", "list --nope", "list --search", "get", "get x", "get 0", "get -1",
+                    "get 1 2", "get 1 --image", "get 1 --image=", "get 99999999999999999999", "copy",
+                    "copy one", "add", "add a b", "pin", "pin 1 2", "delete", "delete 1.0", "status extra",
+                    "status --limit 1", "quit now", "--help me", "toggle 1", "capture", "capture all",
+                    "capture area screen", "capture --area", "capture Screen", "show x", "hide x", "paste",
+                    "paste x"));
 
 TEST(CommandTest, AnEmptyTextCannotBeAdded) {
     EXPECT_FALSE(parseCommand({QStringLiteral("add"), QString()}));
@@ -88,8 +95,8 @@ TEST(CommandTest, AnEmptyTextCannotBeAdded) {
 
 TEST(CommandTest, TheHelpNamesEveryCommand) {
     const auto help = helpText();
-    for (const auto* verb : {"toggle", "show", "hide", "list", "get", "copy", "paste", "add", "pin", "delete",
-                             "status", "quit", "--help", "--version"})
+    for (const auto* verb : {"toggle", "show", "hide", "capture", "list", "get", "copy", "paste", "add",
+                             "pin", "delete", "status", "quit", "--help", "--version"})
         EXPECT_TRUE(help.contains(QStringLiteral("\n  ") + QString::fromUtf8(verb))) << verb;
 }
 

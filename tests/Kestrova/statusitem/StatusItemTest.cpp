@@ -145,7 +145,8 @@ TEST_F(StatusItemTest, ChoosingAnEntryCallsItsAction) {
     for (auto* const entry : item.menu()->actions())
         entry->trigger();
     using enum StatusMenuAction;
-    EXPECT_THAT(chosen, ElementsAre(togglePanel, openSettings, terminate));
+    EXPECT_THAT(chosen, ElementsAre(togglePanel, captureArea, captureFullScreen, captureWindow, openSettings,
+                                    terminate));
 }
 
 TEST_F(StatusItemTest, AKeyEquivalentChoosesItsEntryAndClosesTheMenu) {

@@ -29,6 +29,8 @@ class FakeWindowManagement final : public WindowManagement {
 public:
     bool isCompositing() const override { return compositing; }
     bool isScreenCovered() const override { return false; }
+    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
+    void cutOff(std::uint64_t, const QRect&) override {}
     void standApart(std::uint64_t window) override { apart.push_back(window); }
     void limitPresses(std::uint64_t, const QRegion&) override {}
 
