@@ -1,17 +1,10 @@
-#include <QAbstractNativeEventFilter>
+#include "bench/BareShortcut.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QWidget>
 
-#include <array>
-#include <cstdlib>
-#include <memory>
-#include <xcb/xcb.h>
-
 namespace {
-
-constexpr xcb_keycode_t keyV = 55;
-constexpr std::uint16_t superAndShift = XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT;
 
 /// A window that draws one colour, another one after each key.
 class Panel final : public QWidget {
@@ -38,32 +31,6 @@ private:
     bool m_changed = false;
 };
 
-/// Shows and hides the window on Super+Shift+V.
-class Shortcut final : public QAbstractNativeEventFilter {
-public:
-    Shortcut(xcb_connection_t* connection, Panel& panel) : m_connection(connection), m_panel(panel) {
-        const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-        xcb_grab_key(connection, 0, root, superAndShift, keyV, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        xcb_flush(connection);
-    }
-
-    bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override {
-        const auto* const event = static_cast<xcb_key_press_event_t*>(message);
-        if ((event->response_type & 0x7f) != XCB_KEY_PRESS || event->detail != keyV ||
-            (event->state & superAndShift) != superAndShift)
-            return false;
-        xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
-        m_panel.setVisible(!m_panel.isVisible());
-        if (m_panel.isVisible())
-            m_panel.activateWindow();
-        return true;
-    }
-
-private:
-    xcb_connection_t* m_connection;
-    Panel& m_panel;
-};
-
 } // namespace
 
 /// The floor for a panel of this toolkit: it comes on the shortcut, and draws another colour after each key.
@@ -73,7 +40,6 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     Panel panel;
-    Shortcut shortcut(application.nativeInterface<QNativeInterface::QX11Application>()->connection(), panel);
-    application.installNativeEventFilter(&shortcut);
+    kestrova::bench::BareShortcut shortcut(application, panel);
     return QApplication::exec();
 }

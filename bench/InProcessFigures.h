@@ -10,5 +10,6 @@ void measurePoll(const QString& directory);
 void measureInsertion(const QString& directory);
 void measureSearch(const QString& directory);
 void measureBytesOnDisk(const QString& directory);
+void measureEncoding(const QString& directory);
 
 } // namespace kestrova::bench

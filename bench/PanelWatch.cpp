@@ -50,6 +50,12 @@ void PanelWatch::turnWheel(bool down) const {
     xcb_flush(m_x.get());
 }
 
+void PanelWatch::holdButton(bool down) const {
+    constexpr std::uint8_t left = 1;
+    fake(down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, left);
+    xcb_flush(m_x.get());
+}
+
 void PanelWatch::movePointer(QPoint to) const {
     xcb_warp_pointer(m_x.get(), XCB_NONE, m_x.root(), 0, 0, 0, 0, static_cast<std::int16_t>(to.x()),
                      static_cast<std::int16_t>(to.y()));

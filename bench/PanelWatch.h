@@ -59,6 +59,8 @@ public:
     void chord(std::initializer_list<std::uint8_t> keys) const;
     /// One notch of the wheel towards the person, if `down`.
     void turnWheel(bool down) const;
+    /// The left one of the mouse, down or up.
+    void holdButton(bool down) const;
     void movePointer(QPoint to) const;
 
     /// Milliseconds from `act` until `area` shows `expected`.

@@ -13,5 +13,7 @@ void measureShelf(Desktop& desktop);
 void measureBrowsing(Desktop& desktop);
 void measureDetails(Desktop& desktop);
 void measureIdle(Desktop& desktop);
+void measureCapture(Desktop& desktop);
+void measureOverlay(Desktop& desktop);
 
 } // namespace kestrova::bench

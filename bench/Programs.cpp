@@ -10,8 +10,8 @@ using namespace Qt::StringLiterals;
 
 constexpr auto identifier = "com.brelvane.Kestrova"_L1;
 
-test::ProcessSpec kestrovaIn(Desktop& desktop, const Desktop::History& history) {
-    desktop.session().environment().insert(u"XDG_DATA_HOME"_s, history.dataHome);
+test::ProcessSpec kestrovaIn(test::DesktopSession& session, const QString& dataHome) {
+    session.environment().insert(u"XDG_DATA_HOME"_s, dataHome);
     return {.program = QStringLiteral(KESTROVA_BINARY)};
 }
 
@@ -66,16 +66,19 @@ Desktop::History Desktop::made(const std::string& name, const SampleHistory& con
 }
 
 RunningProgram::RunningProgram(Desktop& desktop, const Desktop::History& history)
-    : RunningProgram(desktop, history.dataHome + u'/' + identifier + u"/socket"_s,
-                     kestrovaIn(desktop, history)) {}
+    : RunningProgram(desktop.session(), history.dataHome) {}
+
+RunningProgram::RunningProgram(test::DesktopSession& session, const QString& dataHome)
+    : RunningProgram(session, dataHome + u'/' + identifier + u"/socket"_s, kestrovaIn(session, dataHome)) {}
 
 RunningProgram::RunningProgram(Desktop& desktop, std::optional<std::chrono::milliseconds> wakesEvery)
-    : RunningProgram(desktop, bareSocketIn(desktop), bareIn(desktop, wakesEvery)) {}
+    : RunningProgram(desktop.session(), bareSocketIn(desktop), bareIn(desktop, wakesEvery)) {}
 
-RunningProgram::RunningProgram(Desktop& desktop, const QString& socketFile, const test::ProcessSpec& spec)
+RunningProgram::RunningProgram(test::DesktopSession& session, const QString& socketFile,
+                               const test::ProcessSpec& spec)
     : m_socketFile(socketFile), m_process([&]() -> test::Process& {
           const Stopwatch watch;
-          auto& process = desktop.session().start(spec);
+          auto& process = session.start(spec);
           request(socketFile, {u"status"_s});
           m_millisecondsToReady = watch.milliseconds();
           return process;

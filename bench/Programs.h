@@ -53,6 +53,8 @@ class RunningProgram {
 public:
     /// Kestrova with that history.
     RunningProgram(Desktop& desktop, const Desktop::History& history);
+    /// Kestrova on a desktop of another size, with what lies below `dataHome`.
+    RunningProgram(test::DesktopSession& session, const QString& dataHome);
     /// The bare program of the same toolkit; with an interval it wakes up that often, for nothing.
     explicit RunningProgram(Desktop& desktop,
                             std::optional<std::chrono::milliseconds> wakesEvery = std::nullopt);
@@ -66,7 +68,7 @@ public:
     double millisecondsToReady() const { return m_millisecondsToReady; }
 
 private:
-    RunningProgram(Desktop& desktop, const QString& socketFile, const test::ProcessSpec& spec);
+    RunningProgram(test::DesktopSession& session, const QString& socketFile, const test::ProcessSpec& spec);
 
     QString m_socketFile;
     double m_millisecondsToReady = 0;

@@ -19,7 +19,8 @@ struct Measurement {
 
 constexpr std::array measurements{Measurement{"poll", measurePoll}, Measurement{"search", measureSearch},
                                   Measurement{"insertion", measureInsertion},
-                                  Measurement{"bytes", measureBytesOnDisk}};
+                                  Measurement{"bytes", measureBytesOnDisk},
+                                  Measurement{"encode", measureEncoding}};
 
 } // namespace
 

@@ -21,7 +21,8 @@ constexpr std::array measurements{
     Measurement{"start", measureStart},     Measurement{"memory", measureMemory},
     Measurement{"copy", measureCopy},       Measurement{"shelf", measureShelf},
     Measurement{"browse", measureBrowsing}, Measurement{"details", measureDetails},
-    Measurement{"idle", measureIdle}};
+    Measurement{"idle", measureIdle},       Measurement{"capture", measureCapture},
+    Measurement{"overlay", measureOverlay}};
 
 } // namespace
 
