@@ -2,8 +2,8 @@
 #include "Kestrova/capture/widgets/CrosshairCursor.h"
 #include "Kestrova/capture/widgets/OverlayPanelWidget.h"
 #include "Kestrova/capture/widgets/SelectionOverlayWidget.h"
-#include "Platform/WindowManagement.h"
 #include "Platform/x11/QtMainQueue.h"
+#include "tests/support/FakeWindowManagement.h"
 
 #include <QApplication>
 #include <QDir>
@@ -25,16 +25,6 @@ namespace {
 
 constexpr QSize displaySize{640, 360};
 constexpr int columns = 2;
-
-class BlendingDesktop final : public WindowManagement {
-public:
-    bool isCompositing() const override { return true; }
-    bool isScreenCovered() const override { return false; }
-    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
-    void cutOff(std::uint64_t, const QRect&) override {}
-    void standApart(std::uint64_t) override {}
-    void limitPresses(std::uint64_t, const QRegion&) override {}
-};
 
 struct Scene {
     std::function<void(SelectionOverlayView&)> enter;
@@ -145,7 +135,7 @@ QImage pictureOf(const Scene& scene, const QImage& desktop) {
         .frame = {0, 0, static_cast<double>(displaySize.width()), static_cast<double>(displaySize.height())},
         .visibleFrame = {},
         .scale = scale};
-    BlendingDesktop windowManagement;
+    FakeWindowManagement windowManagement;
     CrosshairCursor crosshair;
     QtMainQueue mainQueue;
     OverlayPanelWidget panel(

@@ -1,6 +1,5 @@
 #include "Kestrova/shelf/widgets/PanelMenu.h"
 #include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
-#include "Platform/WindowManagement.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "Platform/x11/X11WindowManagement.h"
 #include "tests/pictures/DetailHistory.h"
@@ -12,6 +11,7 @@
 #include "tests/support/FakeLinkPreviews.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/support/FakeScreens.h"
+#include "tests/support/FakeWindowManagement.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/RecordingHUD.h"
 #include "tests/support/RecordingSharing.h"
@@ -32,16 +32,6 @@
 using namespace kestrova;
 
 namespace {
-
-class Blending final : public WindowManagement {
-public:
-    bool isCompositing() const override { return true; }
-    bool isScreenCovered() const override { return false; }
-    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
-    void cutOff(std::uint64_t, const QRect&) override {}
-    void standApart(std::uint64_t) override {}
-    void limitPresses(std::uint64_t, const QRegion&) override {}
-};
 
 /// A shelf of its own on a store.
 class Shelf {
@@ -204,7 +194,7 @@ private:
 };
 
 bool draw(const ShelfScene& scene, ModelContainer& container, const QDir& folder) {
-    Blending windowManagement;
+    FakeWindowManagement windowManagement;
     const ScaledFont font(scene.fontScale);
     for (const auto& theme : {QStringLiteral("light"), QStringLiteral("dark")}) {
         Shelf shelf(container, windowManagement, theme);

@@ -2,8 +2,8 @@
 #include "Kestrova/capture/widgets/CapturedThumbnailItemView.h"
 #include "Kestrova/capture/widgets/CapturedThumbnailStackView.h"
 #include "Kestrova/capture/widgets/ThumbnailPanelWidget.h"
-#include "Platform/WindowManagement.h"
 #include "Platform/x11/QtMainQueue.h"
+#include "tests/support/FakeWindowManagement.h"
 
 #include <QApplication>
 #include <QDir>
@@ -23,20 +23,6 @@
 using namespace kestrova;
 
 namespace {
-
-class DrawnDesktop final : public WindowManagement {
-public:
-    explicit DrawnDesktop(bool blends) : m_blends(blends) {}
-    bool isCompositing() const override { return m_blends; }
-    bool isScreenCovered() const override { return false; }
-    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
-    void cutOff(std::uint64_t, const QRect&) override {}
-    void standApart(std::uint64_t) override {}
-    void limitPresses(std::uint64_t, const QRegion&) override {}
-
-private:
-    bool m_blends;
-};
 
 /// Something like a window with text, so that one sees what scaling does to it.
 QImage screenshot(QSize size, const QColor& ground, const QColor& ink) {
@@ -96,7 +82,8 @@ std::vector<Scene> scenes() {
 
 std::optional<QImage> drawn(const Scene& scene, const QColor& desktop, QtMainQueue& mainQueue,
                             CapturedImageFiles& files) {
-    DrawnDesktop screen(scene.blends);
+    FakeWindowManagement screen;
+    screen.compositing = scene.blends;
     ThumbnailPanelWidget panel({.mainQueue = mainQueue,
                                 .windowManagement = screen,
                                 .files = files,

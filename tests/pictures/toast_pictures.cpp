@@ -1,5 +1,5 @@
 #include "Kestrova/capture/widgets/HUDPanelWidget.h"
-#include "Platform/WindowManagement.h"
+#include "tests/support/FakeWindowManagement.h"
 
 #include <QApplication>
 #include <QDir>
@@ -14,21 +14,7 @@ using namespace kestrova;
 
 namespace {
 
-class DrawnDesktop final : public WindowManagement {
-public:
-    explicit DrawnDesktop(bool blends) : m_blends(blends) {}
-    bool isCompositing() const override { return m_blends; }
-    bool isScreenCovered() const override { return false; }
-    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
-    void cutOff(std::uint64_t, const QRect&) override {}
-    void standApart(std::uint64_t) override {}
-    void limitPresses(std::uint64_t, const QRegion&) override {}
-
-private:
-    bool m_blends;
-};
-
-QImage pictureOf(HUDEvent event, DrawnDesktop& screen, const QColor& desktop) {
+QImage pictureOf(HUDEvent event, FakeWindowManagement& screen, const QColor& desktop) {
     HUDPanelWidget panel({.windowManagement = screen, .toolkitRect = [](const ScreenRect& frame) {
                               return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
                           }});
@@ -47,9 +33,10 @@ QImage pictureOf(HUDEvent event, DrawnDesktop& screen, const QColor& desktop) {
 
 /// Every event from top to bottom: over white and over black, and over white without a compositor.
 QImage sheet(double fontScale) {
-    DrawnDesktop blending(true);
-    DrawnDesktop plain(false);
-    const std::array<std::pair<DrawnDesktop*, QColor>, 3> columns{
+    FakeWindowManagement blending;
+    FakeWindowManagement plain;
+    plain.compositing = false;
+    const std::array<std::pair<FakeWindowManagement*, QColor>, 3> columns{
         {{&blending, Qt::white}, {&blending, Qt::black}, {&plain, Qt::white}}};
     constexpr std::array events{HUDEvent::copied, HUDEvent::pasted, HUDEvent::captured, HUDEvent::edited};
     const QSize cell = QSize(180, 84) * fontScale;

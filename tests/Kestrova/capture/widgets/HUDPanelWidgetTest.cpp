@@ -1,7 +1,7 @@
 #include "Kestrova/capture/widgets/HUDPanelWidget.h"
 
 #include "Kestrova/capture/widgets/HUDView.h"
-#include "Platform/WindowManagement.h"
+#include "tests/support/FakeWindowManagement.h"
 
 #include <QPainter>
 #include <QTest>
@@ -15,24 +15,6 @@ namespace kestrova {
 namespace {
 
 using namespace std::chrono_literals;
-
-class LimitedPresses final : public WindowManagement {
-public:
-    bool isCompositing() const override { return compositing; }
-    bool isScreenCovered() const override { return covered; }
-    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
-    void cutOff(std::uint64_t, const QRect&) override {}
-    void standApart(std::uint64_t) override {}
-    void limitPresses(std::uint64_t limitedWindow, const QRegion& pixels) override {
-        window = limitedWindow;
-        region = pixels;
-    }
-
-    bool compositing = true;
-    bool covered = false;
-    std::uint64_t window = 0;
-    QRegion region;
-};
 
 class HUDPanelWidgetTest : public testing::Test {
 protected:
@@ -68,7 +50,7 @@ protected:
     }
     QRect shape() const { return panel.view().geometry(); }
 
-    LimitedPresses windowManagement;
+    FakeWindowManagement windowManagement;
     int taps = 0;
     int rests = 0;
     HUDPanelWidget panel{{.windowManagement = windowManagement,
@@ -159,9 +141,9 @@ TEST_F(HUDPanelWidgetTest, ATapIsTold) {
 
 TEST_F(HUDPanelWidgetTest, OnlyTheShapeTakesPresses) {
     show();
-    EXPECT_EQ(windowManagement.window, panel.winId());
+    EXPECT_EQ(windowManagement.limitedWindow, panel.winId());
     const auto takes = [this](QPoint point) {
-        return windowManagement.region.contains((QPointF(point) * panel.devicePixelRatioF()).toPoint());
+        return windowManagement.presses.contains((QPointF(point) * panel.devicePixelRatioF()).toPoint());
     };
     EXPECT_TRUE(takes(shape().center()));
     EXPECT_TRUE(takes(QPoint(shape().left() + 1, shape().center().y())));
@@ -172,10 +154,10 @@ TEST_F(HUDPanelWidgetTest, OnlyTheShapeTakesPresses) {
 
 TEST_F(HUDPanelWidgetTest, TheShapeFollowsAWiderContent) {
     show();
-    const int before = windowManagement.region.boundingRect().width();
+    const int before = windowManagement.presses.boundingRect().width();
     panel.setContent(HUDEvent::pasted, {});
     panel.setFrame(fittingFrame(190, 100));
-    EXPECT_GT(windowManagement.region.boundingRect().width(), before + 10);
+    EXPECT_GT(windowManagement.presses.boundingRect().width(), before + 10);
     EXPECT_EQ(shape().width(), static_cast<int>(panel.fittingSize().width()));
 }
 

@@ -3,7 +3,7 @@
 #include "Kestrova/capture/SelectionOverlayView.h"
 #include "Kestrova/capture/widgets/CrosshairCursor.h"
 #include "Kestrova/capture/widgets/SelectionOverlayWidget.h"
-#include "Platform/WindowManagement.h"
+#include "tests/support/FakeWindowManagement.h"
 #include "tests/support/ManualMainQueue.h"
 
 #include <QGuiApplication>
@@ -19,32 +19,6 @@ namespace kestrova {
 namespace {
 
 using Panel = OverlayPanelWidget;
-
-class BlendedOrNot final : public WindowManagement {
-public:
-    bool isCompositing() const override { return compositing; }
-    bool isScreenCovered() const override { return false; }
-    void standApart(std::uint64_t) override {}
-    void limitPresses(std::uint64_t, const QRegion&) override {}
-    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()> onDidChange) override {
-        tellOfChange = std::move(onDidChange);
-        return std::make_unique<Observer>(*this);
-    }
-    void cutOff(std::uint64_t, const QRect& pixels) override { cut = pixels; }
-
-    bool compositing = true;
-    std::function<void()> tellOfChange;
-    std::optional<QRect> cut;
-
-private:
-    struct Observer final : CompositingObserver {
-        explicit Observer(BlendedOrNot& told) : owner(told) {}
-        Observer(const Observer&) = delete;
-        Observer& operator=(const Observer&) = delete;
-        ~Observer() override { owner.tellOfChange = nullptr; }
-        BlendedOrNot& owner;
-    };
-};
 
 class OverlayPanelWidgetTest : public testing::Test {
 protected:
@@ -102,7 +76,7 @@ protected:
     int height() const { return display().geometry().height(); }
 
     ManualMainQueue queue;
-    BlendedOrNot windowManagement;
+    FakeWindowManagement windowManagement;
     CrosshairCursor crosshair;
     int rests = 0;
     std::unique_ptr<Panel> panel = std::make_unique<Panel>(surroundings());

@@ -4,9 +4,9 @@
 #include "Kestrova/capture/widgets/CapturedThumbnailItemView.h"
 #include "Kestrova/capture/widgets/CapturedThumbnailStackView.h"
 #include "Kestrova/capture/widgets/ThumbnailTile.h"
-#include "Platform/WindowManagement.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "tests/support/FakeScreens.h"
+#include "tests/support/FakeWindowManagement.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -28,24 +28,6 @@ using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class ScreenOfTest final : public WindowManagement {
-public:
-    bool isCompositing() const override { return compositing; }
-    bool isScreenCovered() const override { return covered; }
-    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
-    void cutOff(std::uint64_t, const QRect&) override {}
-    void standApart(std::uint64_t) override {}
-    void limitPresses(std::uint64_t limitedWindow, const QRegion& pixels) override {
-        window = limitedWindow;
-        region = pixels;
-    }
-
-    bool compositing = true;
-    bool covered = false;
-    std::uint64_t window = 0;
-    QRegion region;
-};
 
 class ThumbnailPanelWidgetTest : public testing::Test {
 protected:
@@ -106,7 +88,7 @@ protected:
     QtMainQueue queue;
     QTemporaryDir directory;
     CapturedImageFiles files{queue, directory.path()};
-    ScreenOfTest screen;
+    FakeWindowManagement screen;
     int rests = 0;
     std::vector<QUuid> clicked;
     std::vector<QUuid> edited;
@@ -187,10 +169,10 @@ TEST_F(ThumbnailPanelWidgetTest, ALargePictureDoesNotHoldUpThisThread) {
 
 TEST_F(ThumbnailPanelWidgetTest, OnlyTheTilesTakePresses) {
     show({a, b});
-    EXPECT_EQ(screen.window, panel->winId());
+    EXPECT_EQ(screen.limitedWindow, panel->winId());
     EXPECT_EQ(panel->windowNumber(), panel->winId());
     const QRect tile = item(a).geometry();
-    const auto takes = [this](QPoint point) { return screen.region.contains(point); };
+    const auto takes = [this](QPoint point) { return screen.presses.contains(point); };
     EXPECT_TRUE(takes(tile.center()));
     EXPECT_TRUE(takes(item(b).geometry().center()));
     EXPECT_FALSE(takes(tile.topLeft())) << "a corner";

@@ -4,13 +4,13 @@
 #include "Kestrova/shelf/widgets/ItemListView.h"
 #include "Kestrova/shelf/widgets/SearchField.h"
 #include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
-#include "Platform/WindowManagement.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "tests/support/FakeAppearance.h"
 #include "tests/support/FakeEventMonitors.h"
 #include "tests/support/FakeLinkPreviews.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/support/FakeScreens.h"
+#include "tests/support/FakeWindowManagement.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/RecordingHUD.h"
 #include "tests/support/RecordingSharing.h"
@@ -24,19 +24,6 @@
 #include <chrono>
 
 namespace kestrova {
-
-class FakeWindowManagement final : public WindowManagement {
-public:
-    bool isCompositing() const override { return compositing; }
-    bool isScreenCovered() const override { return false; }
-    std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()>) override { return {}; }
-    void cutOff(std::uint64_t, const QRect&) override {}
-    void standApart(std::uint64_t window) override { apart.push_back(window); }
-    void limitPresses(std::uint64_t, const QRegion&) override {}
-
-    bool compositing = true;
-    std::vector<std::uint64_t> apart;
-};
 
 /// A shelf with its real window, on a display that nobody sees.
 class WidgetFixture : public StoreFixture {
