@@ -95,11 +95,18 @@ void CapturedThumbnailController::presentWindow() {
         return;
     }
     m_window = m_surroundings.makePanel();
+    m_window->onPlaceLost = whileAlive(&CapturedThumbnailController::placeLost);
     m_window->setContent(std::move(column));
     m_window->setFrame(windowFrame(), largest);
     m_window->orderFrontRegardless();
     m_registeredWindowNumber = m_window->windowNumber();
     ScreenshotCapture::excludedWindowIDs.insert(*m_registeredWindowNumber);
+}
+
+void CapturedThumbnailController::placeLost() {
+    // While it fades it is not to come back.
+    if (!m_entries.empty())
+        presentWindow();
 }
 
 void CapturedThumbnailController::entryClicked() {

@@ -62,6 +62,7 @@ public:
 
 private:
     void presentWindow();
+    void placeLost();
     void hideWindow();
     void fadeEnded();
     ScreenRect columnFrame(int entries) const;

@@ -43,6 +43,9 @@ public:
     /// Does nothing while a screen locker hides everything.
     virtual void orderFrontRegardless() = 0;
     virtual void orderOut() = 0;
+
+    /// The displays have changed, and none holds the whole column any more.
+    std::function<void()> onPlaceLost;
 };
 
 } // namespace kestrova

@@ -71,6 +71,23 @@ TEST_F(ThumbnailTest, CapturesStackAtTheLowerRightAndNeverTakeTheKeyboard) {
     EXPECT_TRUE(waitForUp(4));
 }
 
+TEST_F(ThumbnailTest, WhenTheirDisplayIsUnpluggedTheyMoveToAnother) {
+    session.run(u"xrandr"_s, {u"--setmonitor"_s, u"R"_s, u"640/160x800/200+640+0"_s, u"none"_s});
+    session.run(u"xrandr"_s, {u"--setmonitor"_s, u"L"_s, u"640/160x800/200+0+0"_s, u"screen"_s});
+    ASSERT_TRUE(program.start());
+    mouse.moveTo({1000, 10});
+    ASSERT_EQ(program.command({u"capture"_s, u"screen"_s}).exitStatus, 0);
+    ASSERT_TRUE(program.waitForRows(1));
+    const auto isUpOn = [&](int rightEdge) {
+        const QRect place = tile(0).translated(rightEdge - 1280, 0);
+        const auto color = windows.colorAt({place.left() + 7, place.center().y()});
+        return std::abs(color.red() - 31) <= 1 && std::abs(color.blue() - 36) <= 1;
+    };
+    ASSERT_TRUE(eventually([&] { return isUpOn(1280); }));
+    session.run(u"xrandr"_s, {u"--delmonitor"_s, u"R"_s});
+    EXPECT_TRUE(eventually([&] { return isUpOn(640); }));
+}
+
 TEST_F(ThumbnailTest, AClickDismissesTheColumnAndShowsTheShelf) {
     ASSERT_TRUE(program.start());
     capture(1);

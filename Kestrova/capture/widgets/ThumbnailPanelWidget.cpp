@@ -13,6 +13,7 @@
 #include <QPainter>
 #include <QScreen>
 
+#include <algorithm>
 #include <utility>
 
 namespace kestrova {
@@ -57,6 +58,33 @@ ThumbnailPanelWidget::ThumbnailPanelWidget(Surroundings surroundings)
     };
     connect(&m_alphaAnimation, &QVariantAnimation::valueChanged,
             [this](const QVariant& alpha) { setWindowOpacity(alpha.toDouble()); });
+    watchDisplays();
+}
+
+void ThumbnailPanelWidget::watchDisplays() {
+    // One that is going is still in the toolkit's list within the signal, and one change is many signals.
+    const auto tell = [this] {
+        m_displaysNotice = m_surroundings.mainQueue.afterUnlessCancelled(MainQueue::Duration::zero(),
+                                                                         [this] { displaysChanged(); });
+    };
+    const auto watch = [this, tell](const QScreen* display) {
+        connect(display, &QScreen::availableGeometryChanged, this, tell);
+    };
+    for (const auto* const display : QGuiApplication::screens())
+        watch(display);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [tell, watch](const QScreen* added) {
+        watch(added);
+        tell();
+    });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, tell);
+}
+
+void ThumbnailPanelWidget::displaysChanged() {
+    const auto displays = QGuiApplication::screens();
+    const bool isLost = std::ranges::none_of(
+        displays, [this](const QScreen* display) { return display->availableGeometry().contains(m_column); });
+    if (isLost && onPlaceLost)
+        onPlaceLost();
 }
 
 std::function<void(QUuid)> ThumbnailPanelWidget::unlessCovered(std::function<void(QUuid)> act) const {
@@ -78,8 +106,9 @@ std::uint32_t ThumbnailPanelWidget::windowNumber() const {
 }
 
 void ThumbnailPanelWidget::setFrame(const ScreenRect& frame, const ScreenRect& largest) {
+    m_column = m_surroundings.toolkitRect(frame);
     // First: the scale of the display that the window stood on must not be applied to its new place.
-    if (auto* const display = QGuiApplication::screenAt(m_surroundings.toolkitRect(frame).center()))
+    if (auto* const display = QGuiApplication::screenAt(m_column.center()))
         setScreen(display);
     const auto place =
         m_surroundings.toolkitRect(largest).marginsAdded(CapturedThumbnailStackView::shadowRoom());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kestrova/capture/ThumbnailPanel.h"
+#include "Platform/MainQueue.h"
 
 #include <QRect>
 #include <QVariantAnimation>
@@ -12,7 +13,6 @@ namespace kestrova {
 
 class CapturedImageFiles;
 class CapturedThumbnailStackView;
-class MainQueue;
 class WindowManagement;
 
 /// The window of the previews. The window manager has no say in it, so that it stands on every workspace and
@@ -49,6 +49,8 @@ public:
 private:
     /// Wraps `act` so that behind a screen locker it does nothing.
     std::function<void(QUuid)> unlessCovered(std::function<void(QUuid)> act) const;
+    void watchDisplays();
+    void displaysChanged();
     void startDrag(const ThumbnailEntry& entry, const QPixmap& tile, QPoint pressedAt);
     /// Looks whether the window is blended with what lies behind it, and gives it the shape of the tiles.
     void adaptToScreen();
@@ -56,6 +58,10 @@ private:
     Surroundings m_surroundings;
     CapturedThumbnailStackView* m_view;
     QVariantAnimation m_alphaAnimation;
+    /// As it was placed, in the toolkit's coordinates: the origin of global points goes with the primary
+    /// display.
+    QRect m_column;
+    ScheduledBlock m_displaysNotice;
 };
 
 } // namespace kestrova

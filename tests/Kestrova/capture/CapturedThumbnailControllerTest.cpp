@@ -107,6 +107,24 @@ TEST_F(CapturedThumbnailControllerTest, FurtherOnesMakeTheColumnGrowUpwardsInThe
     EXPECT_EQ(panelsMade, 1);
 }
 
+TEST_F(CapturedThumbnailControllerTest, AColumnThatLostItsPlaceMovesToADisplayThatIsThere) {
+    show(u"a"_s);
+    screens.all = {
+        Screen{.identifier = 2, .frame = {0, 0, 1280, 800}, .visibleFrame = {0, 30, 1280, 770}, .scale = 1}};
+    trace.take();
+    panel->onPlaceLost();
+    EXPECT_THAT(trace.take(), ElementsAre(u"0 column.setContent a"_s, u"0 column.setAlpha 1"_s,
+                                          u"0 column.setFrame 1008,46 256x196 of 256x572"_s));
+}
+
+TEST_F(CapturedThumbnailControllerTest, AColumnThatFadesDoesNotComeBackAtAnotherPlace) {
+    show(u"a"_s);
+    controller->entryClose(id(0));
+    trace.take();
+    panel->onPlaceLost();
+    EXPECT_THAT(trace.take(), IsEmpty());
+}
+
 TEST_F(CapturedThumbnailControllerTest, AnEntryHasAnIdentifierOfItsOwnThePictureThePNGAndTheName) {
     const auto drawn = picture(Qt::blue);
     controller->show(drawn, pngOf(drawn), u"a.png"_s);
