@@ -1,6 +1,7 @@
 #include "Platform/PngEncoder.h"
 
 #include "Platform/DeflateEnd.h"
+#include "Platform/HuffmanDeflate.h"
 #include "Platform/PngScanlines.h"
 
 #include <QtEndian>
@@ -23,8 +24,11 @@ using Bytes = std::vector<std::uint8_t>;
 // Above it, screens take about a third more time to shrink by a few per cent more, and pictures of cameras
 // several times as much to shrink by nothing.
 constexpr int compressionLevel = 4;
-// Next to nothing repeats in grain: to search it for more takes half as long again, for a few per cent.
+// For what is grainy only in part: a search for more takes half as long again, for a few per cent.
 constexpr int levelForGrain = 2;
+// Of a strip, to learn whether anything repeats there.
+constexpr std::size_t samples = 4;
+constexpr std::size_t bytesPerSample = std::size_t{1} << 13;
 // Small enough for the caches, and large enough that it does not matter that no strip repeats what is in the
 // one above.
 constexpr std::size_t bytesPerStrip = std::size_t{1} << 20;
@@ -70,6 +74,42 @@ void continueBehind(Bytes& stream) {
         stream.push_back(static_cast<std::uint8_t>(byte));
 }
 
+/// Parts from the first byte to the last, or all of them if they are few.
+Bytes sampleOf(const Bytes& bytes) {
+    if (bytes.size() <= samples * bytesPerSample)
+        return bytes;
+    Bytes sample;
+    sample.reserve(samples * bytesPerSample);
+    for (std::size_t i = 0; i < samples; ++i) {
+        const auto start =
+            bytes.begin() + static_cast<std::ptrdiff_t>((bytes.size() - bytesPerSample) * i / (samples - 1));
+        sample.insert(sample.end(), start, start + bytesPerSample);
+    }
+    return sample;
+}
+
+/// Compresses strips one after the other; for one thread.
+class StripCompressor {
+public:
+    Bytes deflate(const Bytes& rows, bool isGrainy, DeflatePart part) {
+        if (isGrainy && !isWorthSearching(rows))
+            return huffmanDeflated(rows, part);
+        auto stream = (isGrainy ? m_forGrain : m_usual).deflate(rows);
+        if (part == DeflatePart::Continued)
+            continueBehind(stream);
+        return stream;
+    }
+
+private:
+    bool isWorthSearching(const Bytes& rows) {
+        const auto sample = sampleOf(rows);
+        return m_forGrain.deflate(sample).size() < huffmanDeflated(sample, DeflatePart::Last).size();
+    }
+
+    Compressor m_usual{compressionLevel};
+    Compressor m_forGrain{levelForGrain};
+};
+
 /// The checksum of what `first` and then `second` sum up, `size` bytes of the latter.
 std::uint32_t joinedAdler(std::uint32_t first, std::uint32_t second, std::size_t size) {
     constexpr std::uint64_t base = 65521;
@@ -86,8 +126,7 @@ std::vector<Strip> compressedStrips(const PngScanlines& lines) {
     std::vector<Strip> strips(static_cast<std::size_t>((lines.height() - 1) / rowsPerStrip + 1));
     std::atomic<std::size_t> next = 0;
     const auto compress = [&] {
-        Compressor usual(compressionLevel);
-        Compressor forGrain(levelForGrain);
+        StripCompressor compressor;
         Bytes rows;
         for (auto i = next++; i < strips.size(); i = next++) {
             const int first = static_cast<int>(i) * rowsPerStrip;
@@ -97,9 +136,8 @@ std::vector<Strip> compressedStrips(const PngScanlines& lines) {
             auto& strip = strips[i];
             strip.adler = libdeflate_adler32(1, rows.data(), rows.size());
             strip.size = rows.size();
-            strip.deflated = (isGrainy ? forGrain : usual).deflate(rows);
-            if (i + 1 < strips.size())
-                continueBehind(strip.deflated);
+            strip.deflated = compressor.deflate(
+                rows, isGrainy, i + 1 < strips.size() ? DeflatePart::Continued : DeflatePart::Last);
         }
     };
     // The last helper is this thread. Those that the system refuses to start find nothing left to do.

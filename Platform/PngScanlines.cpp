@@ -3,7 +3,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -56,53 +55,72 @@ Packable packable(const QImage& image) {
     return {converted(argb, QImage::Format_RGBA8888), true};
 }
 
-// Text, flat colours and gradients repeat whole runs of bytes, which every difference would break up; those
-// compress best as they are. What a camera saw has grain: next to no byte repeats, but each differs little
-// from its neighbour.
-bool isGrainy(const std::uint8_t* row, std::size_t size, std::size_t channels) {
-    constexpr int grain = 8;
-    std::size_t grains = 0;
-    for (std::size_t i = channels; i < size; ++i) {
-        const int difference = row[i] - row[i - channels];
-        grains += difference != 0 && difference < grain && difference > -grain;
-    }
-    return grains > size / 8;
+/// How far a difference of bytes, which wraps around, is from 0. In bytes throughout, so that the compiler
+/// computes many at once.
+std::uint8_t distance(std::uint8_t difference) {
+    return std::min(difference, static_cast<std::uint8_t>(-difference));
 }
 
-/// What a byte is expected to be, by those to the left of it, above it, and to the left of that one.
-template<Filter filter>
-int predicted(int left, int above, int corner) {
-    if constexpr (filter == Filter::Sub)
-        return left;
-    else if constexpr (filter == Filter::Up)
-        return above;
-    else if constexpr (filter == Filter::Average)
-        return (left + above) / 2;
-    else {
-        const int toLeft = std::abs(above - corner);
-        const int toAbove = std::abs(left - corner);
-        const int toCorner = std::abs(left + above - 2 * corner);
-        const int nearest = toAbove <= toCorner ? above : corner;
-        return toLeft <= toAbove && toLeft <= toCorner ? left : nearest;
-    }
-}
-
-/// The row as differences from what was expected, and how far they are from 0 in sum.
-template<Filter filter>
-std::size_t filterInto(std::vector<std::uint8_t>& out, const std::vector<std::uint8_t>& row,
-                       const std::vector<std::uint8_t>& above, std::size_t channels) {
-    const auto* bytes = row.data();
-    const auto* bytesAbove = above.data();
-    auto* differences = out.data();
-    for (std::size_t i = 0; i < channels; ++i)
-        differences[i] = static_cast<std::uint8_t>(bytes[i] - predicted<filter>(0, bytesAbove[i], 0));
-    for (std::size_t i = channels; i < row.size(); ++i)
-        differences[i] = static_cast<std::uint8_t>(
-            bytes[i] - predicted<filter>(bytes[i - channels], bytesAbove[i], bytesAbove[i - channels]));
-    std::size_t sum = 0;
-    for (std::size_t i = 0; i < row.size(); ++i)
-        sum += static_cast<std::size_t>(std::min<int>(differences[i], 256 - differences[i]));
+std::size_t sumOfDistances(const std::uint8_t* differences, std::size_t size) {
+    // Enough for rows of many times the pixels that a picture may have.
+    std::uint32_t sum = 0;
+    for (std::size_t i = 0; i < size; ++i)
+        sum += distance(differences[i]);
     return sum;
+}
+
+enum class RowKind : std::uint8_t { Drawn, Gradient, Grainy };
+
+// Text and flat colours repeat whole runs of bytes, which every difference would break up; those compress
+// best as they are. A gradient repeats nothing but its steps. What a camera saw has grain: next to no byte
+// repeats, but each differs little from its neighbour.
+RowKind kindOf(const std::uint8_t* row, std::size_t size, std::size_t channels) {
+    constexpr std::uint8_t edge = 8;
+    std::uint32_t edges = 0;
+    std::uint32_t changes = 0;
+    for (std::size_t i = channels; i < size; ++i) {
+        const auto difference = distance(static_cast<std::uint8_t>(row[i] - row[i - channels]));
+        changes += difference != 0;
+        edges += difference >= edge;
+    }
+    if (changes - edges > size / 8)
+        return RowKind::Grainy;
+    return edges == 0 && changes > 0 ? RowKind::Gradient : RowKind::Drawn;
+}
+
+/// What a byte is expected to be, by those to the left of it, above it, and to the left of that one. In 16
+/// bits, which hold all sums, so that the compiler computes eight at once.
+template<Filter filter>
+std::uint8_t predicted(std::int16_t left, std::int16_t above, std::int16_t corner) {
+    if constexpr (filter == Filter::Sub)
+        return static_cast<std::uint8_t>(left);
+    else if constexpr (filter == Filter::Up)
+        return static_cast<std::uint8_t>(above);
+    else if constexpr (filter == Filter::Average)
+        return static_cast<std::uint8_t>((left + above) >> 1);
+    else {
+        const auto magnitude = [](std::int16_t value) {
+            return static_cast<std::int16_t>(value < 0 ? -value : value);
+        };
+        const auto fromCornerToAbove = static_cast<std::int16_t>(above - corner);
+        const auto fromCornerToLeft = static_cast<std::int16_t>(left - corner);
+        const auto toLeft = magnitude(fromCornerToAbove);
+        const auto toAbove = magnitude(fromCornerToLeft);
+        const auto toCorner = magnitude(static_cast<std::int16_t>(fromCornerToAbove + fromCornerToLeft));
+        const std::int16_t other = toAbove <= toCorner ? above : corner;
+        return static_cast<std::uint8_t>(toLeft <= std::min(toAbove, toCorner) ? left : other);
+    }
+}
+
+/// The row as differences from what was expected.
+template<Filter filter>
+void filterInto(std::uint8_t* differences, const std::uint8_t* row, const std::uint8_t* above,
+                std::size_t size, std::size_t channels) {
+    for (std::size_t i = 0; i < channels; ++i)
+        differences[i] = static_cast<std::uint8_t>(row[i] - predicted<filter>(0, above[i], 0));
+    for (std::size_t i = channels; i < size; ++i)
+        differences[i] = static_cast<std::uint8_t>(
+            row[i] - predicted<filter>(row[i - channels], above[i], above[i - channels]));
 }
 
 /// A few rows and what is made of them; for one thread.
@@ -117,29 +135,29 @@ public:
         return m_row.data();
     }
 
-    /// Whether as differences.
+    /// Whether it is grainy.
     bool write(std::uint8_t* out) {
-        auto filter = Filter::None;
-        if (isGrainy(m_row.data(), m_row.size(), m_channels))
-            filter = chooseFilter();
-        *out = static_cast<std::uint8_t>(filter);
-        const auto& bytes = filter == Filter::None ? m_row : m_best;
+        const auto kind = kindOf(m_row.data(), m_row.size(), m_channels);
+        if (kind != RowKind::Drawn)
+            chooseFilter();
+        *out = static_cast<std::uint8_t>(kind == RowKind::Drawn ? Filter::None : m_chosen);
+        const auto& bytes = kind == RowKind::Drawn ? m_row : m_best;
         std::memcpy(out + 1, bytes.data(), bytes.size());
-        return filter != Filter::None;
+        return kind == RowKind::Grainy;
     }
 
 private:
     // What is near 0 throughout has short codes.
-    Filter chooseFilter() {
+    void chooseFilter() {
         m_smallest = std::numeric_limits<std::size_t>::max();
         for (const auto attempt : {&RowFilter::attempt<Filter::Sub>, &RowFilter::attempt<Filter::Up>,
                                    &RowFilter::attempt<Filter::Average>, &RowFilter::attempt<Filter::Paeth>})
             (this->*attempt)();
-        return m_chosen;
     }
     template<Filter filter>
     void attempt() {
-        const auto sum = filterInto<filter>(m_tried, m_row, m_above, m_channels);
+        filterInto<filter>(m_tried.data(), m_row.data(), m_above.data(), m_row.size(), m_channels);
+        const auto sum = sumOfDistances(m_tried.data(), m_tried.size());
         if (sum >= m_smallest)
             return;
         m_smallest = sum;

@@ -21,7 +21,7 @@ public:
     /// Of one row with its filter's byte.
     std::size_t bytesPerRow() const { return rowBytes() + 1; }
     /// Rows from `first` to before `end`, one behind the other, into `out`, which has room for them. How many
-    /// of them are grainy like a photograph, and written as differences.
+    /// of them are grainy like a photograph.
     int write(int first, int end, std::uint8_t* out) const;
 
 private:

@@ -24,7 +24,7 @@ Bytes deflated(const Bytes& bytes, int level) {
 }
 
 /// The bytes of a stream that is followed by nothing else.
-Bytes inflated(const Bytes& stream, std::size_t size) {
+Bytes inflatedOrNothing(const Bytes& stream, std::size_t size) {
     Bytes bytes(size);
     auto* decompressor = libdeflate_alloc_decompressor();
     std::size_t read = 0;
@@ -82,7 +82,7 @@ TEST_P(DeflateEndAtLevel, letsAnotherStreamFollow) {
             stream.insert(stream.end(), rest.begin(), rest.end());
             auto both = first;
             both.insert(both.end(), second.begin(), second.end());
-            EXPECT_EQ(inflated(stream, both.size()), both) << size << " of " << values;
+            EXPECT_EQ(inflatedOrNothing(stream, both.size()), both) << size << " of " << values;
         }
 }
 
