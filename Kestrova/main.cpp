@@ -143,7 +143,7 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
     const X11KeyboardLayout keyboardLayout(keymap);
     QtMenuTracking menuTracking;
     X11SystemTray systemTray(mainQueue);
-    X11WindowManagement windowManagement;
+    X11WindowManagement windowManagement(hotKeys);
     const FrameDropForwarding frameDropForwarding;
     PortalAppearance appearance(mainQueue);
     IconicWindow iconicWindow([] { return MenuBarIcon().icon(); });

@@ -38,6 +38,13 @@ public:
     /// From now on nothing outside `pixels`, which are counted likewise, is part of the window: it neither
     /// shows nor takes presses.
     virtual void cutOff(std::uint64_t window, const QRect& pixels) = 0;
+    /// To be called right before the window, a window of this program, is hidden. If it has the keyboard,
+    /// what is typed from now on is kept back, and goes in one piece to whichever window has the keyboard
+    /// next, of this program or another. Where none has taken it within a quarter of a second, it goes where
+    /// the host sends keys then. Nothing happens if the window does not have the keyboard, or something holds
+    /// it, as an open menu or a tap does. Keys that were sent to the window before may still come to it.
+    /// Returns at once.
+    virtual void handOverKeyboard(std::uint64_t window) = 0;
 };
 
 } // namespace kestrova

@@ -60,6 +60,7 @@ HotKeyGrabs::HotKeyGrabs(Listener listener, OwnWindows own)
     m_root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     m_raw.emplace(connection);
     m_tap.emplace(connection, m_root);
+    m_handover.emplace(connection, m_root);
     m_keyboardEvent = watchKeyboard(connection);
     m_modifiers = readModifierMap(connection);
     const XcbReply<xcb_xkb_get_state_reply_t> state{
@@ -109,10 +110,13 @@ bool HotKeyGrabs::startTelling(Onlooker onlooker) {
     if (!isUsable())
         return false;
     selectRawEvents(neededRawEvents() | rawKeys);
-    if (onlooker == Onlooker::tap)
+    if (onlooker == Onlooker::tap) {
+        // What was typed before the tap is not the tap's.
+        m_handover->end();
         m_isTapped = m_tap->start();
-    else
+    } else {
         m_isMonitored = true;
+    }
     selectRawEvents(neededRawEvents());
     xcb_flush(m_connection.get());
     return onlooker == Onlooker::tap ? m_isTapped : m_isMonitored;
@@ -132,6 +136,16 @@ void HotKeyGrabs::stopTelling(Onlooker onlooker) {
     }
     selectRawEvents(neededRawEvents());
     xcb_flush(m_connection.get());
+}
+
+void HotKeyGrabs::handOverKeyboard(xcb_window_t window) {
+    // The tap keeps what is typed anyway, and a grab of the same client would take its place.
+    if (isUsable() && !m_isTapped && !m_tap->isHolding())
+        m_handover->begin(window);
+}
+
+std::optional<std::chrono::milliseconds> HotKeyGrabs::untilNextDispatch() const {
+    return isUsable() ? m_handover->untilNextLook() : std::nullopt;
 }
 
 std::uint32_t HotKeyGrabs::neededRawEvents() const {
@@ -213,6 +227,8 @@ void HotKeyGrabs::dispatchEvents() {
     } while (m_keyboardChanged);
     if (!isUsable())
         return;
+    // Last: the grab of a hot key that it has taken the place of is dealt with before it ends.
+    m_handover->goOn();
     // The tap may have the keyboard now.
     selectRawEvents(neededRawEvents());
     xcb_flush(m_connection.get());
@@ -250,7 +266,9 @@ void HotKeyGrabs::onGrabbedPress(const xcb_key_press_event_t& press) {
     // The keyboard is frozen: nothing typed since has gone anywhere. Without the grab the server hands it to
     // whoever has the focus.
     const auto* const hotKey = find(press.detail, press.state);
-    if (!m_tap->isHolding()) {
+    if (m_handover->isUnderWay()) {
+        // Its grab has taken the place of this one, and goes when it ends.
+    } else if (!m_tap->isHolding()) {
         xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
         xcb_flush(m_connection.get());
     } else if (hotKey || m_isTapped) {

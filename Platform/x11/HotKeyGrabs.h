@@ -3,6 +3,7 @@
 #include "Platform/HotKeys.h"
 #include "Platform/x11/HotKeyPresses.h"
 #include "Platform/x11/KeyModifiers.h"
+#include "Platform/x11/KeyboardHandover.h"
 #include "Platform/x11/KeyboardTap.h"
 #include "Platform/x11/OwnWindows.h"
 #include "Platform/x11/XInputRaw.h"
@@ -10,6 +11,7 @@
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -49,8 +51,13 @@ public:
     /// Tells of presses from now on. False, and then nothing is told, if the server does not allow it.
     bool startTelling(Onlooker onlooker);
     void stopTelling(Onlooker onlooker);
+    /// What is typed from now on waits until another window than this one has the keyboard; see
+    /// `KeyboardHandover`. Nothing happens while the keyboard is tapped.
+    void handOverKeyboard(xcb_window_t window);
     /// Handles all that has arrived.
     void dispatchEvents();
+    /// When to call `dispatchEvents` again though nothing has arrived; absent if it need not be.
+    std::optional<std::chrono::milliseconds> untilNextDispatch() const;
 
 private:
     struct HotKey {
@@ -96,6 +103,7 @@ private:
     std::map<std::uint64_t, HotKey> m_hotKeys;
     HotKeyPresses m_presses;
     std::optional<KeyboardTap> m_tap;
+    std::optional<KeyboardHandover> m_handover;
     bool m_isTapped = false;
     bool m_isMonitored = false;
     /// Those that the server sends now.

@@ -46,7 +46,8 @@ void HotKeyThread::loop(HotKeyGrabs::Listener listener, OwnWindows own) {
         grabs.dispatchEvents();
         // A broken connection is always readable.
         pollfd descriptors[2] = {{m_wakeUp, POLLIN, 0}, {grabs.descriptor(), POLLIN, 0}};
-        ::poll(descriptors, grabs.isUsable() ? 2 : 1, -1);
+        const auto pause = grabs.untilNextDispatch();
+        ::poll(descriptors, grabs.isUsable() ? 2 : 1, pause ? static_cast<int>(pause->count()) : -1);
     }
 }
 

@@ -11,7 +11,8 @@
 namespace kestrova {
 
 /// Runs the hot keys' connection on a thread of its own: while a grabbed key freezes the keyboard, a busy
-/// main thread must not stand in the way. It sleeps while no key is pressed.
+/// main thread must not stand in the way. It sleeps while no key is pressed and the keyboard
+/// is with somebody.
 class HotKeyThread {
 public:
     /// `listener` is called on the thread. Windows of `own` are this program's.

@@ -101,6 +101,10 @@ std::unique_ptr<EventMonitor> X11HotKeys::addGlobalKeyDownMonitor(EventMonitors:
     return add(HotKeyGrabs::Onlooker::monitor, std::move(handler));
 }
 
+void X11HotKeys::handOverKeyboard(std::uint64_t window) {
+    m_thread.run([&](HotKeyGrabs& grabs) { grabs.handOverKeyboard(static_cast<xcb_window_t>(window)); });
+}
+
 std::unique_ptr<EventMonitor> X11HotKeys::add(HotKeyGrabs::Onlooker onlooker,
                                               EventMonitors::KeyDownHandler handler) {
     auto monitor = m_delivery->onlookers.at(onlooker).add(EventMask::keyDown, std::move(handler));

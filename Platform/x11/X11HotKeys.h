@@ -32,6 +32,8 @@ public:
     /// As in `EventMonitors`.
     std::unique_ptr<EventMonitor> tapKeyDowns(EventMonitors::KeyDownHandler handler);
     std::unique_ptr<EventMonitor> addGlobalKeyDownMonitor(EventMonitors::KeyDownHandler handler);
+    /// As in `WindowManagement`.
+    void handOverKeyboard(std::uint64_t window);
 
 private:
     /// Main thread only. Events that are on their way when the object goes find it gone.

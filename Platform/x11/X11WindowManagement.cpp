@@ -4,6 +4,7 @@
 #include "Platform/x11/Display.h"
 #include "Platform/x11/ScreenCover.h"
 #include "Platform/x11/ToolkitConnection.h"
+#include "Platform/x11/X11HotKeys.h"
 
 #include <QByteArray>
 
@@ -21,7 +22,8 @@ constexpr std::uint32_t fromApplication = 1;
 
 } // namespace
 
-X11WindowManagement::X11WindowManagement() : m_connection(toolkitConnection()) {
+X11WindowManagement::X11WindowManagement(X11HotKeys& hotKeys)
+    : m_hotKeys(hotKeys), m_connection(toolkitConnection()) {
     if (!m_connection)
         return;
     m_root = screenOf(m_connection).root;
@@ -60,6 +62,10 @@ void X11WindowManagement::limitPresses(std::uint64_t window, const QRegion& pixe
 
 void X11WindowManagement::cutOff(std::uint64_t window, const QRect& pixels) {
     setShape(XCB_SHAPE_SK_BOUNDING, window, pixels);
+}
+
+void X11WindowManagement::handOverKeyboard(std::uint64_t window) {
+    m_hotKeys.handOverKeyboard(window);
 }
 
 void X11WindowManagement::setShape(xcb_shape_sk_t kind, std::uint64_t window, const QRegion& pixels) const {

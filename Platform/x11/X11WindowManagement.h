@@ -9,11 +9,13 @@
 
 namespace kestrova {
 
+class X11HotKeys;
+
 /// Speaks to the window manager of the toolkit's own connection.
 class X11WindowManagement final : public WindowManagement {
 public:
-    /// The toolkit runs on X11.
-    X11WindowManagement();
+    /// The toolkit runs on X11. `hotKeys` outlives the object.
+    explicit X11WindowManagement(X11HotKeys& hotKeys);
 
     bool isCompositing() const override { return m_compositing.isCompositing(); }
     std::unique_ptr<CompositingObserver> observeCompositing(std::function<void()> onDidChange) override {
@@ -23,11 +25,13 @@ public:
     void standApart(std::uint64_t window) override;
     void limitPresses(std::uint64_t window, const QRegion& pixels) override;
     void cutOff(std::uint64_t window, const QRect& pixels) override;
+    void handOverKeyboard(std::uint64_t window) override;
 
 private:
     void setShape(xcb_shape_sk_t kind, std::uint64_t window, const QRegion& pixels) const;
     void send(xcb_window_t window, xcb_atom_t type, const std::uint32_t (&data)[5]) const;
 
+    X11HotKeys& m_hotKeys;
     CompositingNotices m_compositing;
     xcb_connection_t* m_connection = nullptr;
     xcb_window_t m_root = XCB_NONE;

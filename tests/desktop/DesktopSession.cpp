@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <csignal>
 #include <stdexcept>
 
 namespace kestrova::test {
@@ -28,6 +29,12 @@ QByteArray firstLine(Process& process, const char* what) {
         throw std::runtime_error(std::string(what) +
                                  " did not start: " + process.standardError().toStdString());
     return output.left(output.indexOf('\n'));
+}
+
+/// Empty if it has ended.
+QString commandOf(pid_t pid) {
+    QFile name(u"/proc/%1/comm"_s.arg(pid));
+    return name.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(name.readAll().trimmed()) : QString();
 }
 
 } // namespace
@@ -60,12 +67,18 @@ QByteArray DesktopSession::marker() const {
 QStringList DesktopSession::commandsRunning() const {
     QStringList names;
     for (const pid_t pid : processesMarked(marker())) {
-        QFile name(u"/proc/%1/comm"_s.arg(pid));
-        if (name.open(QIODevice::ReadOnly))
-            names.append(QString::fromLocal8Bit(name.readAll().trimmed()));
+        if (const QString name = commandOf(pid); !name.isEmpty())
+            names.append(name);
     }
     names.sort();
     return names;
+}
+
+bool DesktopSession::signal(const QString& command, int number) const {
+    constexpr qsizetype kLettersKept = 15;
+    auto pids = processesMarked(marker());
+    std::erase_if(pids, [&](pid_t pid) { return commandOf(pid) != command.left(kLettersKept); });
+    return pids.size() == 1 && ::kill(pids.front(), number) == 0;
 }
 
 void DesktopSession::makeFolders() {

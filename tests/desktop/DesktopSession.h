@@ -46,6 +46,9 @@ public:
     /// The names of the programs that run in the session now, however they were started, in alphabetical
     /// order.
     QStringList commandsRunning() const;
+    /// Sends the signal to the one program of that name, of which fifteen letters count, however it was
+    /// started. False if there is not one.
+    bool signal(const QString& command, int number) const;
 
 private:
     QByteArray marker() const;

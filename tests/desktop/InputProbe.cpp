@@ -5,6 +5,7 @@
 #include "Platform/x11/X11KeyPoster.h"
 #include "Platform/x11/X11KeyboardLayout.h"
 #include "Platform/x11/X11Keymap.h"
+#include "Platform/x11/X11WindowManagement.h"
 #include "Platform/x11/X11Windows.h"
 #include "tests/support/Ports.h"
 
@@ -150,6 +151,11 @@ private:
         m_window.activateWindow();
         say(u"window %1"_s.arg(m_window.winId()));
     }
+    void hideWindow(const QStringList&) {
+        m_windowManagement.handOverKeyboard(m_window.winId());
+        m_window.hide();
+        say(u"hidden"_s);
+    }
     void tellPlace(const QStringList&) {
         const auto place = m_window.mapToGlobal(QPoint(5, 5));
         say(u"at %1 %2"_s.arg(place.x()).arg(place.y()));
@@ -222,6 +228,7 @@ private:
                                                 {u"paste"_s, &InputProbe::paste},
                                                 {u"layout"_s, &InputProbe::layoutText},
                                                 {u"show"_s, &InputProbe::showWindow},
+                                                {u"hide"_s, &InputProbe::hideWindow},
                                                 {u"where"_s, &InputProbe::tellPlace},
                                                 {u"cover"_s, &InputProbe::coverScreen},
                                                 {u"set"_s, &InputProbe::setText},
@@ -247,6 +254,7 @@ private:
                               return true;
                           }};
     X11EventMonitors m_eventMonitors{m_keymap, m_hotKeys};
+    X11WindowManagement m_windowManagement{m_hotKeys};
     QtMenuTracking m_menuTracking;
     QLineEdit m_window;
     QMenu m_menu;

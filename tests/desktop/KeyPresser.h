@@ -33,6 +33,7 @@ inline constexpr xcb_keycode_t capsLock = 66;
 inline constexpr xcb_keycode_t numLock = 77;
 inline constexpr xcb_keycode_t up = 111;
 inline constexpr xcb_keycode_t down = 116;
+inline constexpr xcb_keycode_t end = 115;
 inline constexpr xcb_keycode_t super = 133;
 /// The key of `digit`, 1 to 9, in the row above the letters.
 constexpr xcb_keycode_t digit(int digit) {

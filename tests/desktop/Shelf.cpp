@@ -69,11 +69,21 @@ void Shelf::search(const QByteArray& text) {
 
 std::optional<QByteArray> Shelf::searchText() {
     const SelectionOwner before(m_display, plainText("to be replaced by the copy"));
+    // An empty field copies nothing, which cannot be told from a copy that has not come yet.
+    const QByteArray mark = "0";
+    m_keys.tap(keyAt::end);
+    m_keys.type(mark);
     m_keys.chord({keyAt::control, keyAt::a});
     m_keys.chord({keyAt::control, keyAt::c});
+    m_keys.tap(keyAt::end);
+    m_keys.tap(keyAt::backspace);
     if (!eventually([&before] { return before.isReplaced(); }))
         return std::nullopt;
-    return ClipboardReader(m_display).read("UTF8_STRING");
+    auto copied = ClipboardReader(m_display).read("UTF8_STRING");
+    if (!copied || !copied->endsWith(mark))
+        return std::nullopt;
+    copied->chop(mark.size());
+    return copied;
 }
 
 } // namespace kestrova::test

@@ -1,12 +1,8 @@
 #include "tests/desktop/AssistiveProgram.h"
 #include "tests/desktop/PasteDestination.h"
-#include "tests/desktop/SessionSweep.h"
 #include "tests/desktop/ShelfTest.h"
 #include "tests/desktop/TypingTarget.h"
 
-#include <QFile>
-
-#include <algorithm>
 #include <csignal>
 #include <sstream>
 #include <tuple>
@@ -106,16 +102,7 @@ protected:
     ~AssistedShelfTest() override { signalRegistry(SIGCONT); }
 
     /// False if there is no registry of accessible programs.
-    bool signalRegistry(int number) {
-        const QString name = u"KESTROVA_TEST_SESSION"_s;
-        const QByteArray marker = (name + u'=' + session.environment().value(name)).toLocal8Bit();
-        const auto marked = processesMarked(marker);
-        const auto registry = std::ranges::find_if(marked, [](pid_t pid) {
-            QFile command(u"/proc/%1/comm"_s.arg(pid));
-            return command.open(QIODevice::ReadOnly) && command.readAll().startsWith("at-spi2-registr");
-        });
-        return registry != marked.end() && ::kill(*registry, number) == 0;
-    }
+    bool signalRegistry(int number) { return session.signal(u"at-spi2-registryd"_s, number); }
 };
 
 TEST_F(AssistedShelfTest, WhatWasTypedBeforeReturnIsWhatIsPasted) {

@@ -1,3 +1,4 @@
+#include "tests/desktop/Mouse.h"
 #include "tests/desktop/ShelfTest.h"
 #include "tests/desktop/TypingTarget.h"
 
@@ -54,7 +55,9 @@ protected:
         keys.tap(keyAt::returnKey);
         ASSERT_TRUE(eventually([&] { return !target.keys().empty() && target.keys().back() == last; }));
         ASSERT_TRUE(shelf.open());
-        const QByteArray searched = shelf.searchText().value_or(QByteArray());
+        const auto found = shelf.searchText();
+        ASSERT_TRUE(found);
+        const QByteArray searched = *found;
         const QByteArray typed = target.typed();
         EXPECT_TRUE(isShuffleOf(m_sent, typed, searched))
             << "sent " << m_sent.toStdString() << "\nto the program " << typed.toStdString()
@@ -106,6 +109,38 @@ TEST_F(ShortcutWhileTypingTest, NoLetterGetsLostAroundAHundredPressesAndEscapes)
         ASSERT_TRUE(shelf.waitUntilGone()) << round;
     }
     expectAllLettersArrived(target);
+}
+
+TEST_F(ShortcutWhileTypingTest, NoLetterGetsLostOrAstrayWhenAPasteClosesTheShelf) {
+    constexpr int kPastes = 8;
+    closeAfterPaste();
+    startWith({u"one"_s});
+    const TypingTarget target(session, {u"bystander"_s, u"target"_s});
+    // While nobody has the keyboard, keys go to the window under the pointer.
+    Mouse(session.display()).moveTo(windows.frame(target.window(0)).center());
+    QByteArray searched;
+    for (int paste = 1; paste <= kPastes; ++paste) {
+        ASSERT_TRUE(shelf.open()) << paste;
+        keys.tap(keyAt::returnKey);
+        type(3);
+        while (shelf.isUp())
+            type(1);
+        type(3);
+        ASSERT_TRUE(eventually([&] { return target.pasted(1).size() == paste; })) << paste;
+        ASSERT_TRUE(shelf.open()) << paste;
+        const auto found = shelf.searchText();
+        ASSERT_TRUE(found) << paste;
+        searched += *found;
+        shelf.search({});
+        keys.tap(keyAt::escape);
+        ASSERT_TRUE(shelf.waitUntilGone()) << paste;
+    }
+    EXPECT_TRUE(eventually([&] { return target.typed(1).size() + searched.size() == m_sent.size(); }));
+    EXPECT_TRUE(isShuffleOf(m_sent, target.typed(1), searched))
+        << "sent " << m_sent.toStdString() << "\nto the program " << target.typed(1).toStdString()
+        << "\nto the search " << searched.toStdString();
+    EXPECT_EQ(target.typed(0), QByteArray());
+    EXPECT_EQ(keys.keysDown(), std::vector<xcb_keycode_t>());
 }
 
 TEST(ShuffleTest, TellsLossDoublingAndDisorder) {

@@ -25,6 +25,17 @@ char characterAt(xcb_keycode_t key) {
     return 0;
 }
 
+QByteArray charactersOf(const std::vector<TypingTarget::Key>& keys) {
+    constexpr int kChords = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+    QByteArray text;
+    for (const TypingTarget::Key& key : keys) {
+        const char character = characterAt(key.key);
+        if (key.isPress && (key.modifiers & kChords) == 0 && character != 0)
+            text.append(character);
+    }
+    return text;
+}
+
 } // namespace
 
 TypingTarget::TypingTarget(DesktopSession& session, const QStringList& titles) : m_x(session.display()) {
@@ -87,14 +98,13 @@ std::vector<TypingTarget::Key> TypingTarget::keys() const {
 }
 
 QByteArray TypingTarget::typed() const {
-    constexpr int kChords = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
-    QByteArray text;
-    for (const Key& key : keys()) {
-        const char character = characterAt(key.key);
-        if (key.isPress && (key.modifiers & kChords) == 0 && character != 0)
-            text.append(character);
-    }
-    return text;
+    return charactersOf(keys());
+}
+
+QByteArray TypingTarget::typed(int window) const {
+    auto all = keys();
+    std::erase_if(all, [window](const Key& key) { return key.window != window; });
+    return charactersOf(all);
 }
 
 QStringList TypingTarget::pasted(int window) const {

@@ -40,6 +40,8 @@ public:
     /// The keys pressed without a modifier but locks, as the letters and digits that they are on an American
     /// keyboard.
     QByteArray typed() const;
+    /// Those that one window got.
+    QByteArray typed(int window) const;
     /// How often the window has lost the focus to another one so far.
     int focusLosses(int window) const {
         return static_cast<int>(count("focusOut " + QByteArray::number(window)));

@@ -1,6 +1,8 @@
 #include "Kestrova/shelf/widgets/PanelMenu.h"
 #include "Kestrova/shelf/widgets/ShelfPanelWidget.h"
 #include "Platform/x11/QtMainQueue.h"
+#include "Platform/x11/X11HotKeys.h"
+#include "Platform/x11/X11Keymap.h"
 #include "Platform/x11/X11WindowManagement.h"
 #include "tests/pictures/DetailHistory.h"
 #include "tests/pictures/SampleHistories.h"
@@ -217,7 +219,10 @@ int showOnDisplay(const ShelfScene& scene, ModelContainer& container, const QStr
     desktop.setGeometry(QGuiApplication::primaryScreen()->geometry());
     desktop.show();
     desktop.lower();
-    X11WindowManagement windowManagement;
+    QtMainQueue mainQueue;
+    X11Keymap keymap;
+    X11HotKeys hotKeys(mainQueue, keymap);
+    X11WindowManagement windowManagement(hotKeys);
     Shelf shelf(container, windowManagement, theme);
     play(scene, shelf);
     return QApplication::exec();

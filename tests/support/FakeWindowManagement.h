@@ -30,6 +30,10 @@ public:
         presses = pixels;
     }
     void cutOff(std::uint64_t, const QRect& pixels) override { cut = pixels; }
+    void handOverKeyboard(std::uint64_t window) override {
+        if (onHandOver)
+            onHandOver(window);
+    }
 
     bool compositing = true;
     bool covered = false;
@@ -38,6 +42,7 @@ public:
     std::uint64_t limitedWindow = 0;
     QRegion presses;
     std::optional<QRect> cut;
+    std::function<void(std::uint64_t)> onHandOver;
 
 private:
     struct Observer final : CompositingObserver {

@@ -7,6 +7,7 @@
 
 #include <QDragEnterEvent>
 #include <QFontMetrics>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
 
@@ -30,12 +31,30 @@ int symbolEdge() {
     return interfaceLength(Symbol::edgeFor(symbolSize));
 }
 
+bool editsText(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress)
+        return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    constexpr auto ofChords = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    const bool isText = !key.text().isEmpty() && key.text().front().isPrint();
+    return !(key.modifiers() & ofChords) && (isText || key.key() == Qt::Key_Backspace);
+}
+
 } // namespace
 
 SearchLineEdit::SearchLineEdit(QWidget* parent) : ComposedLineEdit(parent) {
     setTextMargins(-2, 0, 0, 0);
     setPlaceholderText(QStringLiteral("검색…"));
     setAccessibleName(QStringLiteral("검색"));
+}
+
+bool SearchLineEdit::event(QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ContextMenu;
+    if (isKey && !isVisible() && !editsText(*event)) {
+        event->accept();
+        return true;
+    }
+    return ComposedLineEdit::event(event);
 }
 
 void SearchLineEdit::dragEnterEvent(QDragEnterEvent* event) {

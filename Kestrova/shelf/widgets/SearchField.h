@@ -19,6 +19,9 @@ public:
     explicit SearchLineEdit(QWidget* parent);
 
 protected:
+    /// Once the shelf is hidden it is edited on by what was typed before, and takes nothing else: nobody sees
+    /// what that would do.
+    bool event(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
 };
 

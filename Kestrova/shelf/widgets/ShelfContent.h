@@ -42,6 +42,8 @@ public:
     void setGround(Ground ground);
     /// Takes the keyboard away from whichever text control has it.
     void endEditing();
+    /// The panel has just been hidden; see `ShelfFocus`.
+    void awaitLateKeys() { m_focus.awaitLateKeys(); }
     /// A menu of them; the person may close it without a choice.
     void pickShareTarget(const std::vector<ShareTarget>& targets,
                          std::function<void(const ShareTarget&)> done);

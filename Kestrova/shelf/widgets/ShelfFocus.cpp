@@ -92,7 +92,17 @@ void ShelfFocus::searchFocusChanged(bool isFocused) {
     });
 }
 
+void ShelfFocus::awaitLateKeys() {
+    const auto following = followState();
+    if (!isCovered())
+        m_search.setFocus(Qt::OtherFocusReason);
+}
+
 void ShelfFocus::focusChanged(const QWidget* now) {
+    // News of the focus may be late, too, and the toolkit then looks for a control that does not hide.
+    const bool isLate = now && m_parts.content.isAncestorOf(now) && !m_parts.content.window()->isVisible();
+    if (isLate && now != &m_search)
+        awaitLateKeys();
     if (!m_followsState && !isCovered() && isControl(now))
         m_parts.view.perform([this] { m_parts.view._controlFocused = true; });
 }

@@ -50,6 +50,9 @@ public:
     void render(ItemView& items);
     /// Takes the keyboard away from the search. A screen over the lists keeps it for as long as it is open.
     void endEditing();
+    /// The shelf has just been hidden. Keys that were on their way to it go to the search, unless a screen
+    /// over the lists had the keyboard.
+    void awaitLateKeys();
     /// Tab, or Shift and Tab. False while a screen lies over the lists.
     bool focusNext(bool forwards);
 

@@ -198,7 +198,10 @@ void ShelfPanelWidget::orderOut() {
     if (m_frameAnimation.state() == QAbstractAnimation::Running)
         m_frameAnimation.setCurrentTime(m_frameAnimation.duration());
     closePopups();
+    m_surroundings.windowManagement.handOverKeyboard(windowNumber());
     hide();
+    if (m_content)
+        m_content->awaitLateKeys();
     if (m_view)
         m_view->dropLists();
     rest();

@@ -10,7 +10,19 @@
 namespace kestrova {
 namespace {
 
-class ShelfFocusTest : public WidgetFixture {};
+class ShelfFocusTest : public WidgetFixture {
+protected:
+    /// What the host tells of a window that got the keyboard.
+    void tellOfFocus() { QApplication::setActiveWindow(&panel); }
+    /// As the host sends them.
+    void type(const QByteArray& text) {
+        for (const char letter : text)
+            QTest::keyClick(panel.windowHandle(), letter);
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(panel.windowHandle(), key, modifiers);
+    }
+};
 
 TEST_F(ShelfFocusTest, ShowingPutsTheKeyboardIntoTheSearch) {
     show();
@@ -50,6 +62,58 @@ TEST_F(ShelfFocusTest, AClickIntoTheFieldEntersTheSearchLane) {
     QTest::mouseClick(&field(), Qt::LeftButton);
     EXPECT_TRUE(view._searchFocused);
     EXPECT_EQ(view._lane, KeyboardLane::search);
+}
+
+TEST_F(ShelfFocusTest, LettersThatComeAfterTheShelfHasGoneAreTheSearchs) {
+    add(u"a"_qs);
+    show();
+    type("ab");
+    view.perform([&] { view.itemTapped(); });
+    ASSERT_FALSE(field().hasFocus());
+    panel.orderOut();
+    type("cd");
+    EXPECT_EQ(view._query, u"abcd");
+    show();
+    type("e");
+    EXPECT_EQ(view._query, u"abcde");
+    EXPECT_TRUE(view._searchFocused);
+}
+
+TEST_F(ShelfFocusTest, LettersThatComeBehindLateNewsOfTheFocusAreTheSearchsToo) {
+    show();
+    panel.orderOut();
+    tellOfFocus();
+    type("ab");
+    EXPECT_EQ(view._query, u"ab");
+}
+
+TEST_F(ShelfFocusTest, OtherKeysThatComeAfterTheShelfHasGoneDoNothing) {
+    add(u"a"_qs);
+    show();
+    panel.orderOut();
+    tellOfFocus();
+    type("a 1b");
+    press(Qt::Key_Backspace);
+    for (const auto key : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape, Qt::Key_Up, Qt::Key_Menu})
+        press(key);
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    press(Qt::Key_A, Qt::ControlModifier);
+    type("c");
+    EXPECT_EQ(view._query, u"a 1c");
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(dismissals, 0);
+    EXPECT_FALSE(panel.isVisible());
+}
+
+TEST_F(ShelfFocusTest, WhatComesAfterTheShelfHasGoneWithAnEditorIsTheEditors) {
+    const auto item = add(u"a"_qs);
+    show();
+    view.perform([&] { view.edit(item); });
+    ASSERT_TRUE(waitFor([&] { return part<ItemEditor>().hasFocus(); }));
+    panel.orderOut();
+    type("b");
+    EXPECT_EQ(view._query, u"");
+    EXPECT_EQ(panel.focusWidget(), &part<ItemEditor>());
 }
 
 TEST_F(ShelfFocusTest, AWindowThatLosesTheKeyboardChangesNothing) {

@@ -40,6 +40,17 @@ TEST_F(ShelfPanelWidgetTest, StandsApartAtEachShowing) {
     EXPECT_EQ(windowManagement.apart.size(), 2U);
 }
 
+TEST_F(ShelfPanelWidgetTest, TheKeyboardIsHandedOverBeforeTheWindowGoes) {
+    std::vector<std::pair<std::uint64_t, bool>> handovers;
+    windowManagement.onHandOver = [&](std::uint64_t window) {
+        handovers.emplace_back(window, panel.isVisible());
+    };
+    show();
+    EXPECT_TRUE(handovers.empty());
+    panel.orderOut();
+    EXPECT_EQ(handovers, (std::vector{std::pair{panel.windowNumber(), true}}));
+}
+
 TEST_F(ShelfPanelWidgetTest, TakesTheFrameThatItIsGiven) {
     panel.setFrame({.x = 20, .y = 30, .width = 760, .height = 540});
     EXPECT_EQ(panel.geometry(), QRect(20, 30, 760, 540));
