@@ -228,7 +228,7 @@ void AppDelegate::togglePanel() {
 }
 
 void AppDelegate::showPanel() {
-    if (m_panelController && !m_panelController->isPanelVisible())
+    if (m_panelController && !m_panelController->isPanelInFront())
         m_panelController->showPanel();
 }
 

@@ -118,6 +118,10 @@ bool ShelfPanelController::isPanelVisible() const {
     return m_surroundings.panel.isVisible();
 }
 
+bool ShelfPanelController::isPanelInFront() const {
+    return isPanelVisible() && !isAnotherInFront();
+}
+
 void ShelfPanelController::togglePanel() {
     if (isPanelVisible())
         hidePanel();

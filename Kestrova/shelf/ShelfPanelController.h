@@ -54,6 +54,8 @@ public:
     /// What the shortcut and the menu do.
     void togglePanel();
     bool isPanelVisible() const;
+    /// Visible, and no other window is in front.
+    bool isPanelInFront() const;
 
     /// A capture session owns the screen: the panel stays where it is, lets clicks through and does not close
     /// on them.

@@ -161,6 +161,19 @@ TEST_F(AppDelegateTest, BeingChosenInTheTaskListShowsTheShelfOnce) {
     EXPECT_EQ(m_trace.take(), QStringList());
 }
 
+TEST_F(AppDelegateTest, AskingForAShelfBehindAnotherWindowGivesItTheKeyboardAndThatWindowThePaste) {
+    m_delegate.applicationDidFinishLaunching();
+    m_instance.onCommand({QStringLiteral("show")});
+    RunningApplication editor;
+    editor.bundleIdentifier = QStringLiteral("editor");
+    m_workspace.frontmost = editor;
+    m_trace.take();
+    m_instance.onCommand({QStringLiteral("show")});
+    EXPECT_THAT(m_trace.take(), testing::Contains(QStringLiteral("0 workspace.activateOwnWindow 77")));
+    m_instance.onCommand({QStringLiteral("hide")});
+    EXPECT_THAT(m_trace.take(), testing::Contains(QStringLiteral("0 workspace.activate editor")));
+}
+
 TEST_F(AppDelegateTest, TheEffectsOfALaunch) {
     m_delegate.onLaunchStep = [&](LaunchStep step) {
         if (step == LaunchStep::hotkeys) {

@@ -101,6 +101,16 @@ TEST_F(ShelfFocusTest, ShowAndHideMayBeRepeated) {
     }
 }
 
+TEST_F(ShelfFocusTest, AskedForAgainBehindAnotherWindowItGetsTheKeyboardAndGivesItBack) {
+    const TypingTarget target(session, {u"first"_s, u"second"_s});
+    ASSERT_TRUE(shelf.open());
+    ASSERT_TRUE(windows.activate(target.window(0)));
+    ASSERT_TRUE(shelf.isUp());
+    EXPECT_TRUE(shelf.open());
+    keys.tap(keyAt::escape);
+    EXPECT_TRUE(eventually([&] { return windows.hasKeyboard(target.window(0)); }));
+}
+
 TEST_F(ShelfFocusTest, TheProgramEndsThoughTheShelfIsUp) {
     ASSERT_TRUE(shelf.open());
     EXPECT_TRUE(program.quit());
