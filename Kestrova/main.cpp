@@ -24,6 +24,7 @@
 #include "Platform/x11/LinuxMachineInfo.h"
 #include "Platform/x11/LinuxSingleInstance.h"
 #include "Platform/x11/PortalAppearance.h"
+#include "Platform/x11/ProgramMemory.h"
 #include "Platform/x11/QtMainQueue.h"
 #include "Platform/x11/QtMenuTracking.h"
 #include "Platform/x11/SessionBus.h"
@@ -152,6 +153,7 @@ int runProgram(int argc, char* argv[], SingleInstance& singleInstance, const Mac
                                  .appearance = appearance,
                                  .toolkitRect = toolkitRect,
                                  .screenRect = screenRect,
+                                 .onDisuse = letGoOfProgramPages,
                                  .onRest = letGoOfFontPages});
     CrosshairCursor crosshair;
     const auto makeCaptureSession = [&](CaptureMode mode) -> std::shared_ptr<CaptureSession> {

@@ -7,6 +7,8 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace kestrova {
 namespace {
 
@@ -69,15 +71,25 @@ void ImageDetail::readPicture() {
     const auto room = ground().size() - QSize(2 * picturePadding, 2 * picturePadding);
     if (!item || room.isEmpty())
         return;
+    // One at a time: a key that repeats runs through pictures faster than they are decoded.
+    if (std::exchange(m_isDecoding, true)) {
+        m_isOutdated = true;
+        return;
+    }
     const auto pixels = (QSizeF(room) * devicePixelRatioF()).toSize();
     m_decoder.decode(item->storedImageData(), pixels, PictureDecoder::Fit::within,
-                     [this, wish = m_wish](const QImage& picture) {
-                         if (wish != m_wish)
-                             return;
-                         m_picture = picture;
-                         m_picture.setDevicePixelRatio(devicePixelRatioF());
-                         update();
-                     });
+                     [this, wish = m_wish](const QImage& picture) { arrived(picture, wish); });
+}
+
+void ImageDetail::arrived(const QImage& picture, std::uint64_t wish) {
+    m_isDecoding = false;
+    if (wish == m_wish) {
+        m_picture = picture;
+        m_picture.setDevicePixelRatio(devicePixelRatioF());
+        update();
+    }
+    if (std::exchange(m_isOutdated, false) && !m_read)
+        readPicture();
 }
 
 void ImageDetail::resizeEvent(QResizeEvent*) {

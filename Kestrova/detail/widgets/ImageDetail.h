@@ -31,6 +31,7 @@ private:
     QRect ground() const;
     void requestPicture();
     void readPicture();
+    void arrived(const QImage& picture, std::uint64_t wish);
 
     MainQueue& m_mainQueue;
     PictureDecoder& m_decoder;
@@ -42,6 +43,9 @@ private:
     ScheduledBlock m_read;
     /// Of the picture that is waited for.
     std::uint64_t m_wish = 0;
+    bool m_isDecoding = false;
+    /// Another picture or size has been asked for since.
+    bool m_isOutdated = false;
 };
 
 } // namespace kestrova

@@ -28,6 +28,8 @@ using namespace std::chrono_literals;
 constexpr auto widthDuration = 280ms;
 // The program is ready for others first.
 constexpr auto preparationDelay = 100ms;
+// Until then a person may well come back.
+constexpr auto untilDisuse = 10s;
 
 /// A menu of the program keeps the keyboard to itself, and so it must not stay beside the shelf.
 void closePopups() {
@@ -97,11 +99,17 @@ void ShelfPanelWidget::setContent(ShelfPanelView& view) {
     m_view = &view;
     view.onRender = [this] { render(); };
     m_surroundings.appearance.onChange = [this] { render(); };
-    m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(preparationDelay, [this] {
+    prepareAfter(preparationDelay);
+}
+
+void ShelfPanelWidget::prepareAfter(Duration delay) {
+    m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(delay, [this] {
+        if (m_surroundings.onDisuse)
+            m_surroundings.onDisuse();
         prepare();
         // In a turn of its own, so that nobody has to wait for both.
         m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(Duration::zero(), [this] {
-            // A drawing that nobody sees loads the fonts and symbols that the first showing needs.
+            // A drawing that nobody sees loads the fonts, symbols and code that the next showing needs.
             QPixmap unseen(size());
             QWidget::render(&unseen);
             rest();
@@ -202,8 +210,10 @@ void ShelfPanelWidget::orderOut() {
     hide();
     if (m_content)
         m_content->awaitLateKeys();
-    if (m_view)
+    if (m_view) {
         m_view->dropLists();
+        prepareAfter(untilDisuse);
+    }
     rest();
 }
 

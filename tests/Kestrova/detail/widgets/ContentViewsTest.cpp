@@ -4,6 +4,9 @@
 #include "Kestrova/detail/widgets/ImageDetail.h"
 #include "Kestrova/shelf/controls/SymbolButton.h"
 #include "tests/Kestrova/detail/widgets/DetailFixture.h"
+#include "tests/support/ManualMainQueue.h"
+
+#include <atomic>
 
 namespace kestrova {
 namespace {
@@ -68,6 +71,45 @@ TEST_F(ImageDetailTest, ThePictureOfBeforeIsNotShownForAnotherItem) {
     view.render(hold(picture(png({600, 300}, Qt::blue))), dark);
     EXPECT_NE(seenAt(view, {150, 100}), QColor(Qt::red));
     EXPECT_TRUE(waitFor([&] { return seenAt(view, {150, 100}) == QColor(Qt::blue); }));
+}
+
+/// Counts what comes from other threads.
+class ArrivalCounter final : public MainQueue {
+public:
+    explicit ArrivalCounter(MainQueue& queue) : m_queue(queue) {}
+
+    int arrivals() const { return m_arrivals; }
+    void postFromAnyThread(Block block) override {
+        ++m_arrivals;
+        m_queue.postFromAnyThread(std::move(block));
+    }
+
+protected:
+    std::uint64_t schedule(Duration, Repeat, Block) override {
+        ADD_FAILURE() << "only other threads are expected to post";
+        return 0;
+    }
+    void cancel(std::uint64_t) override {}
+
+private:
+    MainQueue& m_queue;
+    std::atomic<int> m_arrivals = 0;
+};
+
+TEST_F(ImageDetailTest, PicturesThatTheSelectionRunsPastAreNotDecoded) {
+    ArrivalCounter counter(queue);
+    PictureDecoder counted(counter);
+    ManualMainQueue clock;
+    ImageDetail running(clock, counted, nullptr);
+    running.resize(300, 200);
+    running.show();
+    // Nothing that has been decoded arrives before the event loop runs.
+    for (const auto& color : {Qt::red, Qt::green, Qt::yellow, Qt::blue}) {
+        running.render(hold(picture(png({600, 300}, color))), dark);
+        clock.advance(std::chrono::seconds{1});
+    }
+    ASSERT_TRUE(waitFor([&] { return seenAt(running, {150, 100}) == QColor(Qt::blue); }));
+    EXPECT_EQ(counter.arrivals(), 2);
 }
 
 // Files

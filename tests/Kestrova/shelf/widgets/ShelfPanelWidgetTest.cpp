@@ -5,6 +5,7 @@
 #include "Kestrova/shelf/widgets/Sidebar.h"
 #include "Kestrova/shelf/widgets/SidebarRow.h"
 #include "tests/Kestrova/shelf/widgets/WidgetFixture.h"
+#include "tests/support/ManualMainQueue.h"
 
 namespace kestrova {
 namespace {
@@ -88,6 +89,49 @@ TEST_F(ShelfPanelWidgetTest, IsMadeInAQuietMomentBeforeItIsShown) {
     EXPECT_TRUE(waitFor([&] { return !panel.children().empty(); }));
     EXPECT_FALSE(panel.isVisible());
     EXPECT_EQ(list().model()->rowCount(), 1);
+}
+
+TEST_F(ShelfPanelWidgetTest, WhatWasUsedIsLetGoSoonAfterTheStartAndSomeSecondsAfterAHiding) {
+    ManualMainQueue clock;
+    int disuses = 0;
+    int rests = 0;
+    ShelfPanelWidget other({.mainQueue = clock,
+                            .windowManagement = windowManagement,
+                            .appearance = appearance,
+                            .toolkitRect = &FakeScreens::toolkitRect,
+                            .screenRect = &FakeScreens::screenRect,
+                            .onDisuse = [&] { ++disuses; },
+                            .onRest = [&] { ++rests; }});
+    ShelfPanelView otherView({*m_container, clock, pasteboard, defaults, monitors, hud, other, workspace,
+                              sharing, screens, linkPreviews},
+                             {.onSelect = [](const auto&) {},
+                              .onDismiss = [] {},
+                              .onEditImage = [](const auto&) {},
+                              .onPanelWidthChange = [](double) {},
+                              .onStepAside = [] {}});
+    other.setContent(otherView);
+    clock.advance(1s);
+    EXPECT_EQ(disuses, 1);
+    // Told behind the drawing that nobody sees.
+    EXPECT_EQ(rests, 1);
+    other.orderFrontRegardless();
+    clock.advance(60s);
+    EXPECT_EQ(disuses, 1);
+    other.orderOut();
+    EXPECT_EQ(rests, 2);
+    clock.advance(9s);
+    other.orderFrontRegardless();
+    clock.advance(9s);
+    other.orderOut();
+    clock.advance(9s);
+    EXPECT_EQ(disuses, 1);
+    EXPECT_EQ(rests, 3);
+    clock.advance(2s);
+    EXPECT_EQ(disuses, 2);
+    EXPECT_EQ(rests, 4);
+    EXPECT_FALSE(other.isVisible());
+    clock.advance(60s);
+    EXPECT_EQ(disuses, 2);
 }
 
 TEST_F(ShelfPanelWidgetTest, AHiddenPanelLaysNothingOutUntilItIsShown) {
