@@ -36,9 +36,10 @@ protected:
         setDevice("type file file \"" + QFile::encodeName(path) + "\" format raw slave.pcm { type null }");
     }
 
-    Process& startProbe(const QByteArray& names) {
+    Process& startProbe(const QByteArray& names) { return startProbe(names, programFolder); }
+    Process& startProbe(const QByteArray& names, const QString& folder) {
         return session.start({.program = QStringLiteral(SOUND_PROBE),
-                              .arguments = {programFolder},
+                              .arguments = {folder},
                               .standardInput = names,
                               .inputStaysOpen = true});
     }
@@ -61,6 +62,22 @@ TEST_F(SoundTest, EverySampleOfASoundReachesTheDevice) {
     probe.closeStandardInput();
     ASSERT_TRUE(probe.waitForEnd(kGenerously));
     EXPECT_EQ(probe.result().exitStatus, 0);
+    EXPECT_EQ(probe.result().standardError, "");
+}
+
+TEST_F(SoundTest, AnInstalledProgramFindsItsSounds) {
+    const QString prefix = session.path(u"prefix"_s);
+    const auto installed = session.run(QStringLiteral(CMAKE_PROGRAM),
+                                       {u"--install"_s, QStringLiteral(BUILD_FOLDER), u"--prefix"_s, prefix});
+    ASSERT_EQ(installed.exitStatus, 0) << installed.standardError.toStdString();
+    ASSERT_TRUE(QFileInfo(prefix + u"/bin/kestrova"_s).isExecutable());
+    setDeviceThatWritesTo(heard);
+    Process& probe = startProbe("Glass\n", prefix + u"/bin"_s);
+    const QByteArray samples = samplesOf(u"Glass"_s);
+    ASSERT_FALSE(samples.isEmpty());
+    EXPECT_TRUE(eventually([&] { return bytesOf(heard).contains(samples); }));
+    probe.closeStandardInput();
+    ASSERT_TRUE(probe.waitForEnd(kGenerously));
     EXPECT_EQ(probe.result().standardError, "");
 }
 
