@@ -7,13 +7,13 @@
 namespace kestrova {
 namespace {
 
-struct Case {
+struct SearchTermCase {
     const char16_t* text;
     const char16_t* term;
     bool expected;
 };
 
-class SearchTermTest : public testing::TestWithParam<Case> {};
+class SearchTermTest : public testing::TestWithParam<SearchTermCase> {};
 
 TEST_P(SearchTermTest, AnswersAsTheTableSays) {
     const auto& [text, term, expected] = GetParam();
@@ -23,20 +23,23 @@ TEST_P(SearchTermTest, AnswersAsTheTableSays) {
 
 INSTANTIATE_TEST_SUITE_P(
     Table, SearchTermTest,
-    testing::Values(Case{u"Hello World", u"WORLD", true}, Case{u"hello", u"Hello!", false},
-                    Case{u"a  b", u"a b", false}, Case{u"대한민국", u"한민", true},
-                    Case{u"한국", u"하", false}, Case{u"하나", u"하", true},
+    testing::Values(SearchTermCase{u"Hello World", u"WORLD", true},
+                    SearchTermCase{u"hello", u"Hello!", false}, SearchTermCase{u"a  b", u"a b", false},
+                    SearchTermCase{u"대한민국", u"한민", true}, SearchTermCase{u"한국", u"하", false},
+                    SearchTermCase{u"하나", u"하", true},
                     // Composed and decomposed Hangul are one text.
-                    Case{u"\u1112\u1161\u11ab\u1100\u116e\u11a8", u"한국", true},
-                    Case{u"한국", u"\u1112\u1161\u11ab", true}, Case{u"\u1112\u1161\u11ab", u"하", false},
-                    Case{u"CAFÉ", u"café", true}, Case{u"CAFE\u0301", u"é", true},
-                    Case{u"café", u"cafe", false}, Case{u"cafe", u"é", false},
+                    SearchTermCase{u"\u1112\u1161\u11ab\u1100\u116e\u11a8", u"한국", true},
+                    SearchTermCase{u"한국", u"\u1112\u1161\u11ab", true},
+                    SearchTermCase{u"\u1112\u1161\u11ab", u"하", false},
+                    SearchTermCase{u"CAFÉ", u"café", true}, SearchTermCase{u"CAFE\u0301", u"é", true},
+                    SearchTermCase{u"café", u"cafe", false}, SearchTermCase{u"cafe", u"é", false},
                     // An accent that composes with nothing still makes another letter.
-                    Case{u"x\u0302", u"x", false}, Case{u"x\u0302x", u"x", true},
-                    Case{u"Straße", u"STRASSE", true}, Case{u"ΣΊΣΥΦΟΣ", u"σίσυφος", true},
-                    Case{u"ΠΡΙΒΕΤ привет", u"ПРИВЕТ", true}, Case{u"日本語テキスト", u"テキ", true},
-                    Case{u"emoji 🎉 party", u"🎉", true}, Case{u"", u"a", false}, Case{u"a", u"a", true},
-                    Case{u"ab", u"abc", false}));
+                    SearchTermCase{u"x\u0302", u"x", false}, SearchTermCase{u"x\u0302x", u"x", true},
+                    SearchTermCase{u"Straße", u"STRASSE", true}, SearchTermCase{u"ΣΊΣΥΦΟΣ", u"σίσυφος", true},
+                    SearchTermCase{u"ΠΡΙΒΕΤ привет", u"ПРИВЕТ", true},
+                    SearchTermCase{u"日本語テキスト", u"テキ", true},
+                    SearchTermCase{u"emoji 🎉 party", u"🎉", true}, SearchTermCase{u"", u"a", false},
+                    SearchTermCase{u"a", u"a", true}, SearchTermCase{u"ab", u"abc", false}));
 
 TEST(FoldedForSearchTest, FoldsPlainRowsAsItFoldsAllOthers) {
     // A letter with an accent sends a text the general way; what stands beside it must come out the same

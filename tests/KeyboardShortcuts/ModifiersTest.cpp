@@ -5,14 +5,14 @@
 namespace kestrova {
 namespace {
 
-struct Row {
+struct ModifierRow {
     std::uint32_t carbon;
     std::uint32_t eventFlag;
     QString glyph;
 };
 
-const std::vector<Row>& rows() {
-    static const std::vector<Row> all{
+const std::vector<ModifierRow>& modifierRows() {
+    static const std::vector<ModifierRow> all{
         {0x1000, 0x40000, QStringLiteral("⌃")},
         {0x800, 0x80000, QStringLiteral("⌥")},
         {0x200, 0x20000, QStringLiteral("⇧")},
@@ -23,7 +23,7 @@ const std::vector<Row>& rows() {
 }
 
 TEST(ModifiersTest, EachModifierHasItsTwoNumbersAndItsGlyph) {
-    for (const auto& row : rows()) {
+    for (const auto& row : modifierRows()) {
         EXPECT_EQ(carbonModifiers(row.eventFlag), row.carbon);
         EXPECT_EQ(eventFlags(row.carbon), row.eventFlag);
         EXPECT_EQ(modifierGlyphs(row.carbon), row.glyph);
@@ -33,7 +33,7 @@ TEST(ModifiersTest, EachModifierHasItsTwoNumbersAndItsGlyph) {
 TEST(ModifiersTest, GlyphsStandInOneOrderWithNothingBetween) {
     QString all;
     std::uint32_t mask = 0;
-    for (const auto& row : rows()) {
+    for (const auto& row : modifierRows()) {
         all += row.glyph;
         mask |= row.carbon;
     }
@@ -46,10 +46,10 @@ TEST(ModifiersTest, EveryCombinationGoesThereAndBack) {
     for (std::uint32_t chosen = 0; chosen < 32; ++chosen) {
         std::uint32_t carbon = 0;
         std::uint32_t flags = 0;
-        for (std::size_t bit = 0; bit < rows().size(); ++bit)
+        for (std::size_t bit = 0; bit < modifierRows().size(); ++bit)
             if (chosen & (1u << bit)) {
-                carbon |= rows()[bit].carbon;
-                flags |= rows()[bit].eventFlag;
+                carbon |= modifierRows()[bit].carbon;
+                flags |= modifierRows()[bit].eventFlag;
             }
         EXPECT_EQ(carbonModifiers(flags), carbon);
         EXPECT_EQ(eventFlags(carbon), flags);

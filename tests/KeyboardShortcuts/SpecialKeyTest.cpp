@@ -9,15 +9,15 @@
 namespace kestrova {
 namespace {
 
-struct Row {
+struct KeyRow {
     SpecialKey key;
     std::int64_t keyCode;
     const char32_t* text;
 };
 
-const std::vector<Row>& rows() {
+const std::vector<KeyRow>& keyRows() {
     using enum SpecialKey;
-    static const std::vector<Row> all{
+    static const std::vector<KeyRow> all{
         {returnKey, 36, U"\u21A9"},
         {deleteKey, 51, U"\u232B"},
         {deleteForward, 117, U"\u2326"},
@@ -80,12 +80,12 @@ TEST(SpecialKeyTest, ThereAre53WithACodeEach) {
     for (const auto& entry : specialKeys)
         codes.insert(entry.keyCode);
     EXPECT_EQ(codes.size(), 53u);
-    EXPECT_EQ(rows().size(), 53u);
+    EXPECT_EQ(keyRows().size(), 53u);
 }
 
 TEST(SpecialKeyTest, EachHasItsCodeAndItsText) {
     const LocalizedTexts english{QLocale(QLocale::English)};
-    for (const auto& row : rows()) {
+    for (const auto& row : keyRows()) {
         EXPECT_EQ(specialKey(row.keyCode), row.key) << row.keyCode;
         EXPECT_EQ(text(row.key, english), QString::fromUcs4(row.text)) << row.keyCode;
     }

@@ -202,6 +202,8 @@ TEST(AccessibilityServiceTest, OneThatIsNotReadyIsAskedOnceMore) {
 TEST(AccessibilityAbsenceTest, WithoutABusNoApplicationTakesAText) {
     DesktopSession session(DesktopSession::Bus::None);
     ProbedHost host(session);
+    // The editor would start a bus of its own.
+    session.environment().insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"disabled:"_s);
     session.start({.program = u"mousepad"_s});
     const auto window = activateWindowOfClass(session, u"Mousepad"_s);
     EXPECT_FALSE(host.isTrusted());

@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDBusVariant>
 
 #include <algorithm>
@@ -17,27 +18,56 @@ using namespace Qt::StringLiterals;
 const QString kAccessible = u"org.a11y.atspi.Accessible"_s;
 const QString kAction = u"org.a11y.atspi.Action"_s;
 const QString kComponent = u"org.a11y.atspi.Component"_s;
+const QString kProperties = u"org.freedesktop.DBus.Properties"_s;
 const QStringList kPresses{u"Press"_s, u"Toggle"_s};
+
+QVariant propertyIn(const QDBusMessage& answer) {
+    return answer.arguments().value(0).value<QDBusVariant>().variant();
+}
+
+QStringList actionsIn(const QDBusMessage& answer) {
+    QStringList names;
+    const auto actions = answer.arguments().value(0).value<QDBusArgument>();
+    actions.beginArray();
+    while (!actions.atEnd()) {
+        QString name;
+        QString description;
+        QString keys;
+        actions.beginStructure();
+        actions >> name >> description >> keys;
+        actions.endStructure();
+        names.append(name);
+    }
+    actions.endArray();
+    return names;
+}
 
 } // namespace
 
-QDBusMessage AccessibleTree::ask(const Reference& whom, const QString& interface, const QString& method,
-                                 const QVariantList& arguments) const {
-    auto question = QDBusMessage::createMethodCall(whom.service, whom.path, interface, method);
-    question.setArguments(arguments);
-    const auto answer = m_bus.call(question);
-    if (answer.type() != QDBusMessage::ReplyMessage)
-        throw std::runtime_error(method.toStdString() + " of " + whom.path.toStdString() + ": " +
-                                 answer.errorMessage().toStdString());
-    return answer;
+std::vector<QDBusMessage> AccessibleTree::ask(const std::vector<Question>& questions) const {
+    std::vector<QDBusPendingCall> calls;
+    for (const auto& question : questions) {
+        auto message = QDBusMessage::createMethodCall(question.whom.service, question.whom.path,
+                                                      question.interface, question.method);
+        message.setArguments(question.arguments);
+        calls.push_back(m_bus.asyncCall(message));
+    }
+    std::vector<QDBusMessage> answers;
+    for (std::size_t number = 0; number < calls.size(); ++number) {
+        calls[number].waitForFinished();
+        const auto answer = calls[number].reply();
+        if (answer.type() != QDBusMessage::ReplyMessage)
+            throw std::runtime_error(questions[number].method.toStdString() + " of " +
+                                     questions[number].whom.path.toStdString() + ": " +
+                                     answer.errorMessage().toStdString());
+        answers.push_back(answer);
+    }
+    return answers;
 }
 
-QVariant AccessibleTree::property(const Reference& of, const QString& interface, const QString& name) const {
-    return ask(of, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {interface, name})
-        .arguments()
-        .value(0)
-        .value<QDBusVariant>()
-        .variant();
+QDBusMessage AccessibleTree::ask(const Reference& whom, const QString& interface, const QString& method,
+                                 const QVariantList& arguments) const {
+    return ask({Question{whom, interface, method, arguments}}).front();
 }
 
 std::vector<AccessibleTree::Reference> AccessibleTree::children(const Reference& parent) const {
@@ -66,52 +96,64 @@ std::optional<AccessibleTree::Reference> AccessibleTree::program() const {
     return std::nullopt;
 }
 
-AccessibleElement AccessibleTree::element(const Reference& reference) const {
-    AccessibleElement element;
-    element.service = reference.service;
-    element.path = reference.path;
-    element.name = property(reference, kAccessible, u"Name"_s).toString();
-    element.description = property(reference, kAccessible, u"Description"_s).toString();
-    element.role = ask(reference, kAccessible, u"GetRoleName"_s).arguments().value(0).toString();
-    const auto words =
-        qdbus_cast<QList<uint>>(ask(reference, kAccessible, u"GetState"_s).arguments().value(0));
-    element.states = words.value(0) | std::uint64_t{words.value(1)} << 32;
-    const auto interfaces =
-        ask(reference, kAccessible, u"GetInterfaces"_s).arguments().value(0).toStringList();
-    if (!interfaces.contains(kAction))
-        return element;
-    const auto actions = ask(reference, kAction, u"GetActions"_s).arguments().value(0).value<QDBusArgument>();
-    actions.beginArray();
-    while (!actions.atEnd()) {
-        QString name;
-        QString description;
-        QString keys;
-        actions.beginStructure();
-        actions >> name >> description >> keys;
-        actions.endStructure();
-        element.actions.append(name);
+std::vector<AccessibleElement> AccessibleTree::showingOf(const std::vector<Reference>& references) const {
+    std::vector<Question> questions;
+    for (const auto& each : references)
+        questions.push_back({each, kAccessible, u"GetState"_s});
+    std::vector<AccessibleElement> found;
+    int position = 0;
+    for (const auto& answer : ask(questions)) {
+        const auto& reference = references[static_cast<std::size_t>(position)];
+        const auto words = qdbus_cast<QList<uint>>(answer.arguments().value(0));
+        AccessibleElement element;
+        element.service = reference.service;
+        element.path = reference.path;
+        element.states = words.value(0) | std::uint64_t{words.value(1)} << 32;
+        element.position = position++;
+        if (element.isShowing())
+            found.push_back(element);
     }
-    actions.endArray();
-    return element;
+
+    questions.clear();
+    for (const auto& element : found) {
+        const Reference whom{element.service, element.path};
+        questions.push_back({whom, kProperties, u"Get"_s, {kAccessible, u"Name"_s}});
+        questions.push_back({whom, kProperties, u"Get"_s, {kAccessible, u"Description"_s}});
+        questions.push_back({whom, kAccessible, u"GetRoleName"_s});
+        questions.push_back({whom, kAccessible, u"GetInterfaces"_s});
+    }
+    const auto answers = ask(questions);
+    auto next = answers.begin();
+    std::vector<AccessibleElement*> active;
+    questions.clear();
+    for (auto& element : found) {
+        element.name = propertyIn(*next++).toString();
+        element.description = propertyIn(*next++).toString();
+        element.role = (next++)->arguments().value(0).toString();
+        if (!(next++)->arguments().value(0).toStringList().contains(kAction))
+            continue;
+        active.push_back(&element);
+        questions.push_back({{element.service, element.path}, kAction, u"GetActions"_s});
+    }
+
+    const auto actions = ask(questions);
+    for (std::size_t number = 0; number < active.size(); ++number)
+        active[number]->actions = actionsIn(actions[number]);
+    return found;
 }
 
-void AccessibleTree::collect(const AccessibleElement& parent, std::vector<AccessibleElement>& found) const {
-    int position = 0;
-    for (const auto& child : children({parent.service, parent.path})) {
-        auto next = element(child);
-        next.position = position++;
-        next.parent = parent.path;
-        if (!next.isShowing())
-            continue;
-        found.push_back(next);
-        collect(next, found);
+void AccessibleTree::collect(const Reference& parent, std::vector<AccessibleElement>& found) const {
+    for (auto& element : showingOf(children(parent))) {
+        element.parent = parent.path;
+        found.push_back(element);
+        collect({element.service, element.path}, found);
     }
 }
 
 std::vector<AccessibleElement> AccessibleTree::showing() const {
     std::vector<AccessibleElement> found;
     if (const auto root = program())
-        collect(element(*root), found);
+        collect(*root, found);
     return found;
 }
 

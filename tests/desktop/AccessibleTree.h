@@ -55,13 +55,22 @@ private:
         QString path;
     };
 
+    struct Question {
+        Reference whom;
+        QString interface;
+        QString method;
+        QVariantList arguments = {};
+    };
+
+    /// All are put before the first answer is waited for: a tree is hundreds of them.
+    std::vector<QDBusMessage> ask(const std::vector<Question>& questions) const;
     std::optional<Reference> program() const;
     std::vector<Reference> children(const Reference& parent) const;
-    AccessibleElement element(const Reference& reference) const;
-    void collect(const AccessibleElement& parent, std::vector<AccessibleElement>& found) const;
+    /// Those of the references that are showing, with their positions among them all.
+    std::vector<AccessibleElement> showingOf(const std::vector<Reference>& references) const;
+    void collect(const Reference& parent, std::vector<AccessibleElement>& found) const;
     QDBusMessage ask(const Reference& whom, const QString& interface, const QString& method,
                      const QVariantList& arguments = {}) const;
-    QVariant property(const Reference& of, const QString& interface, const QString& name) const;
 
     QDBusConnection m_bus;
     qint64 m_pid;

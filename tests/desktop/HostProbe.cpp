@@ -34,6 +34,7 @@
 #include "Platform/x11/FrontmostApplication.h"
 #include "Platform/x11/PortalAppearance.h"
 #include "Platform/x11/QtMainQueue.h"
+#include "Platform/x11/SessionBus.h"
 #include "Platform/x11/ToolkitConnection.h"
 #include "Platform/x11/X11Screens.h"
 #include "Platform/x11/X11SystemTray.h"
@@ -308,6 +309,8 @@ private:
 int main(int argc, char** argv) {
     using namespace Qt::StringLiterals;
 
+    // As the program does.
+    kestrova::keepSessionBusFromBeingStarted();
     const QGuiApplication application(argc, argv);
     kestrova::test::HostProbe probe;
     // Open for writing too, so that the end of one writer is not the end of the pipe.

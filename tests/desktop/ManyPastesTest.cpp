@@ -27,7 +27,7 @@ protected:
         for (int number = 0; number < count; ++number) {
             choose(number, count);
             expected += numbered(number);
-            ASSERT_TRUE(editor->waitForText(expected)) << editor->text().right(60).toStdString();
+            ASSERT_TRUE(editor->waitForText(expected)) << whatCame(*editor);
             ASSERT_TRUE(shelf.waitForKeyboard());
         }
         expectNoKeyStuck();
@@ -49,6 +49,10 @@ protected:
             shelf.search(numbered(number).left(4).toLatin1());
             keys.tap(keyAt::returnKey);
         }
+    }
+    /// The end of what came, and what the program says of chords that it could not bring to their window.
+    std::string whatCame(PasteDestination& editor) {
+        return editor.text().right(60).toStdString() + '\n' + program.process().standardError().toStdString();
     }
     void expectNoKeyStuck() {
         EXPECT_EQ(keys.keysDown(), std::vector<xcb_keycode_t>());
@@ -81,7 +85,7 @@ TEST_F(ManyPastesTest, AHundredFromAShelfThatClosesAllArriveOnceAndInOrder) {
         ASSERT_TRUE(shelf.waitForKeyboard()) << number;
         choose(number, kCount);
         expected += numbered(number);
-        ASSERT_TRUE(editor->waitForText(expected)) << editor->text().right(60).toStdString();
+        ASSERT_TRUE(editor->waitForText(expected)) << whatCame(*editor);
     }
     expectNoKeyStuck();
 }
@@ -98,7 +102,7 @@ TEST_F(ManyPastesTest, AHundredByCommandAllArriveOnceAndInOrder) {
         const QJsonValue row = rows->at(kCount - 1 - number);
         ASSERT_TRUE(commands.run({u"paste"_s, row[u"id"].toVariant().toString()}));
         expected += row[u"content"].toString();
-        ASSERT_TRUE(editor->waitForText(expected)) << editor->text().right(60).toStdString();
+        ASSERT_TRUE(editor->waitForText(expected)) << whatCame(*editor);
     }
     expectNoKeyStuck();
 }

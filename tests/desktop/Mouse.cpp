@@ -33,18 +33,29 @@ void Mouse::moveTo(QPoint place) {
 void Mouse::fakeButton(std::uint8_t type, Button button) {
     xcb_test_fake_input(m_x.get(), type, static_cast<std::uint8_t>(button), XCB_CURRENT_TIME, XCB_NONE, 0, 0,
                         0);
-    settle();
 }
 
 void Mouse::click(QPoint place, Button button) {
     moveTo(place);
     fakeButton(XCB_BUTTON_PRESS, button);
     fakeButton(XCB_BUTTON_RELEASE, button);
+    settle();
+}
+
+void Mouse::doubleClick(QPoint place) {
+    moveTo(place);
+    // In one go: on a loaded machine two clicks that are each waited for would be two single ones.
+    for (int click = 0; click < 2; ++click) {
+        fakeButton(XCB_BUTTON_PRESS, Button::Left);
+        fakeButton(XCB_BUTTON_RELEASE, Button::Left);
+    }
+    settle();
 }
 
 void Mouse::pull(QPoint from, QPoint to) {
     moveTo(from);
     fakeButton(XCB_BUTTON_PRESS, Button::Left);
+    settle();
     pullOn(to);
 }
 
@@ -59,6 +70,7 @@ void Mouse::pullOn(QPoint to) {
 
 void Mouse::release() {
     fakeButton(XCB_BUTTON_RELEASE, Button::Left);
+    settle();
 }
 
 } // namespace kestrova::test

@@ -16,6 +16,8 @@ public:
     void moveTo(QPoint place);
     /// Moves there, presses and lets go.
     void click(QPoint place, Button button = Button::Left);
+    /// With the left button.
+    void doubleClick(QPoint place);
 
     /// Presses the left button at `from` and holds it on the way to `to`, as slowly as a hand.
     void pull(QPoint from, QPoint to);

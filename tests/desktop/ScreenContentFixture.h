@@ -92,8 +92,8 @@ protected:
         session.run(u"xrandr"_s, QStringList{u"--setmonitor"_s} + monitor);
     }
 
-    void showBackground() {
-        const auto pixel = pixelOf(backgroundColor);
+    void showBackground(const QColor& color = backgroundColor) {
+        const auto pixel = pixelOf(color);
         xcb_change_window_attributes(x.get(), x.root(), XCB_CW_BACK_PIXEL, &pixel);
         xcb_clear_area(x.get(), 0, x.root(), 0, 0, 0, 0);
         xcb_flush(x.get());

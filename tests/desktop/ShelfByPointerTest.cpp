@@ -185,9 +185,7 @@ TEST_F(ShelfByPointerTest, AClickSelectsAndADoubleClickCopiesWithoutPasting) {
     ASSERT_TRUE(clickItem(u"텍스트, oldest"_s));
     ASSERT_TRUE(clickItem(u"텍스트, newest"_s));
     ASSERT_TRUE(elements->waitForSelectedItem(u"텍스트, newest"_s));
-    const QRect oldest = elements->frameOfItem(u"텍스트, oldest"_s);
-    mouse.click(oldest.center());
-    mouse.click(oldest.center());
+    mouse.doubleClick(elements->frameOfItem(u"텍스트, oldest"_s).center());
     EXPECT_TRUE(clipboardBecomes("oldest"));
     EXPECT_TRUE(throughout(500ms, [&] { return target.pasted(0).isEmpty() && shelf.isUp(); }));
     EXPECT_EQ(program.contents(), (QStringList{u"newest"_s, u"older"_s, u"oldest"_s}));

@@ -1,6 +1,6 @@
 #include "Kestrova/capture/CapturedPicture.h"
 
-#include <QBuffer>
+#include "tests/Kestrova/capture/PngBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -13,13 +13,6 @@ QImage gradient() {
         for (int x = 0; x < drawn.width(); ++x)
             drawn.setPixel(x, y, qRgb(x * 15, y * 20, 200));
     return drawn;
-}
-
-QByteArray pngOf(const QImage& image) {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return buffer.data();
 }
 
 TEST(CapturedPictureTest, ItsPixelsComeBackFromThePNG) {

@@ -1,12 +1,11 @@
 #include "Kestrova/capture/CapturedThumbnailController.h"
 
 #include "Kestrova/capture/ScreenshotCapture.h"
+#include "tests/Kestrova/capture/PngBytes.h"
 #include "tests/support/EffectTrace.h"
 #include "tests/support/InMemoryUserDefaults.h"
 #include "tests/support/ManualMainQueue.h"
 #include "tests/support/TracedThumbnailPanel.h"
-
-#include <QBuffer>
 
 #include <gmock/gmock.h>
 
@@ -30,13 +29,6 @@ QImage picture(const QColor& colour = Qt::red) {
     QImage drawn(4, 3, QImage::Format_RGB32);
     drawn.fill(colour);
     return drawn;
-}
-
-QByteArray pngOf(const QImage& image) {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return buffer.data();
 }
 
 class CapturedThumbnailControllerTest : public testing::Test {

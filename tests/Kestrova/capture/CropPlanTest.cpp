@@ -1,5 +1,6 @@
 #include "Kestrova/capture/ScreenshotCapture.h"
 
+#include "tests/Kestrova/capture/ScreenRectPrinting.h"
 #include "tests/support/FakeScreens.h"
 
 #include <gtest/gtest.h>
@@ -8,14 +9,9 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <ostream>
 #include <random>
 
 namespace kestrova {
-
-static void PrintTo(const ScreenRect& rect, std::ostream* out) {
-    *out << '(' << rect.x << ", " << rect.y << ", " << rect.width << " x " << rect.height << ')';
-}
 
 namespace {
 

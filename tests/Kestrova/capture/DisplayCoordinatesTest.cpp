@@ -1,22 +1,18 @@
 #include "Kestrova/capture/DisplayCoordinates.h"
 
+#include "tests/Kestrova/capture/ScreenRectPrinting.h"
 #include "tests/support/FakeScreens.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <ostream>
 #include <vector>
 
 namespace kestrova {
 
-static void PrintTo(const ScreenRect& rect, std::ostream* out) {
-    *out << '(' << rect.x << ", " << rect.y << ", " << rect.width << " x " << rect.height << ')';
-}
-
 namespace {
 
-Screen screen(std::uint32_t identifier, const ScreenRect& frame, double scale = 1) {
+Screen display(std::uint32_t identifier, const ScreenRect& frame, double scale = 1) {
     return {.identifier = identifier, .frame = frame, .visibleFrame = frame, .scale = scale};
 }
 
@@ -28,20 +24,20 @@ protected:
 };
 
 TEST_F(DisplayCoordinatesTest, ThePrimaryDisplayIsTheFirstOneExactlyAtTheOrigin) {
-    screens.all = {screen(1, {-1920, 0, 1920, 1080}), screen(2, {0, 0, 1280, 800}),
-                   screen(3, {0, 0, 640, 480})};
+    screens.all = {display(1, {-1920, 0, 1920, 1080}), display(2, {0, 0, 1280, 800}),
+                   display(3, {0, 0, 640, 480})};
     screens.main = screens.all.front();
     EXPECT_EQ(primaryDisplay(screens)->identifier, 2u);
 }
 
 TEST_F(DisplayCoordinatesTest, WithNoDisplayAtTheOriginTheMainScreenIsThePrimaryOne) {
-    screens.all = {screen(1, {1, 0, 1920, 1080}), screen(2, {0, 0.5, 1280, 800})};
+    screens.all = {display(1, {1, 0, 1920, 1080}), display(2, {0, 0.5, 1280, 800})};
     screens.main = screens.all.back();
     EXPECT_EQ(primaryDisplay(screens)->identifier, 2u);
 }
 
 TEST_F(DisplayCoordinatesTest, WithoutAMainScreenEitherTheFirstOneIsThePrimaryOne) {
-    screens.all = {screen(1, {1, 0, 1920, 1080}), screen(2, {0, 1, 1280, 800})};
+    screens.all = {display(1, {1, 0, 1920, 1080}), display(2, {0, 1, 1280, 800})};
     EXPECT_EQ(primaryDisplay(screens)->identifier, 1u);
 }
 
@@ -52,13 +48,13 @@ TEST_F(DisplayCoordinatesTest, WithNoScreenThereIsNoPrimaryDisplayAndItsHeightCo
 }
 
 TEST_F(DisplayCoordinatesTest, BothDirectionsTurnOverAtThePrimaryDisplaysUpperEdge) {
-    screens.all = {screen(1, {1280, -200, 1920, 1080}), screen(2, {0, 0, 1280, 800})};
+    screens.all = {display(1, {1280, -200, 1920, 1080}), display(2, {0, 0, 1280, 800})};
     EXPECT_EQ(appKitToGlobal({1300, 850}, screens), QPointF(1300, -50));
     EXPECT_EQ(globalToAppKit({1300, -50, 400, 300}, screens), (ScreenRect{1300, 550, 400, 300}));
 }
 
 TEST_F(DisplayCoordinatesTest, ACornerThatIsTurnedOverAndBackIsWhereItWas) {
-    screens.all = {screen(2, {0, 0, 1280, 800})};
+    screens.all = {display(2, {0, 0, 1280, 800})};
     const ScreenRect rect{-30, 120, 50, 70};
     const auto corner = appKitToGlobal({rect.x, rect.maxY()}, screens);
     EXPECT_EQ(globalToAppKit(QRectF(corner, QSizeF(rect.width, rect.height)), screens), rect);
@@ -95,7 +91,7 @@ TEST(ScreenRectTest, ARectangleWithinTheOtherKeepsItsSizeToTheBit) {
 }
 
 TEST_F(DisplayCoordinatesTest, TheFirstScreenThatARectangleTouchesCounts) {
-    screens.all = {screen(1, {0, 0, 1000, 1000}), screen(2, {1000, 0, 1000, 1000})};
+    screens.all = {display(1, {0, 0, 1000, 1000}), display(2, {1000, 0, 1000, 1000})};
     EXPECT_EQ(firstScreenTouching({999, 10, 500, 10}, screens)->identifier, 1u);
     EXPECT_EQ(firstScreenTouching({1000, 10, 500, 10}, screens)->identifier, 2u);
     EXPECT_EQ(firstScreenTouching({2000, 10, 500, 10}, screens), std::nullopt);

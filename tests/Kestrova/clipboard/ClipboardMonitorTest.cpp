@@ -22,7 +22,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct RecordingHUD final : HUD {
+struct CopiedHUD final : HUD {
     void show(const std::shared_ptr<ClipboardItem>& item, HUDEvent event) override {
         EXPECT_EQ(event, HUDEvent::copied);
         shown.append(item->content());
@@ -119,7 +119,7 @@ protected:
     ManualMainQueue m_queue;
     InMemoryUserDefaults m_defaults;
     FakeMachineInfo m_machineInfo;
-    RecordingHUD m_hud;
+    CopiedHUD m_hud;
     RecordingRecognizer m_recognizer;
     RecordingPreviews m_previews;
     ModelContext m_reader{*m_container};

@@ -10,29 +10,32 @@
 namespace kestrova {
 namespace {
 
-struct Sample {
+struct CountedText {
     QString text;
     qsizetype count;
 
-    friend void PrintTo(const Sample& sample, std::ostream* stream) { *stream << sample.text.toStdString(); }
+    friend void PrintTo(const CountedText& sample, std::ostream* stream) {
+        *stream << sample.text.toStdString();
+    }
 };
 
-class CharacterCountTest : public testing::TestWithParam<Sample> {};
+class CharacterCountTest : public testing::TestWithParam<CountedText> {};
 
 TEST_P(CharacterCountTest, CountsAsAPersonDoes) {
     EXPECT_EQ(characterCount(GetParam().text), GetParam().count);
 }
 
 INSTANTIATE_TEST_SUITE_P(Plain, CharacterCountTest,
-                         testing::Values(Sample{QString(), 0}, Sample{u"twelve chars"_qs, 12},
-                                         Sample{u"한글과 blank"_qs, 9}, Sample{u"a\nb\n"_qs, 4}));
+                         testing::Values(CountedText{QString(), 0}, CountedText{u"twelve chars"_qs, 12},
+                                         CountedText{u"한글과 blank"_qs, 9}, CountedText{u"a\nb\n"_qs, 4}));
 INSTANTIATE_TEST_SUITE_P(
     OfSeveralUnits, CharacterCountTest,
-    testing::Values(Sample{u"\r\n"_qs, 1}, Sample{u"a\r\nb\rc"_qs, 5}, Sample{u"e\u0301"_qs, 1},
-                    Sample{u"👩‍💻"_qs, 1}, Sample{u"👨‍👩‍👧‍👦!"_qs, 2},
-                    Sample{u"🇰🇷🇰🇷"_qs, 2}, Sample{u"👍🏽"_qs, 1}, Sample{u"\u1112\u1161\u11ab"_qs, 1},
+    testing::Values(CountedText{u"\r\n"_qs, 1}, CountedText{u"a\r\nb\rc"_qs, 5},
+                    CountedText{u"e\u0301"_qs, 1}, CountedText{u"👩‍💻"_qs, 1},
+                    CountedText{u"👨‍👩‍👧‍👦!"_qs, 2}, CountedText{u"🇰🇷🇰🇷"_qs, 2},
+                    CountedText{u"👍🏽"_qs, 1}, CountedText{u"\u1112\u1161\u11ab"_qs, 1},
                     // A leading consonant joins the syllable behind it, and that the final one.
-                    Sample{u"\u1100가"_qs, 1}, Sample{u"가\u11a8나"_qs, 2}));
+                    CountedText{u"\u1100가"_qs, 1}, CountedText{u"가\u11a8나"_qs, 2}));
 
 TEST(CharacterCountTest, HalvesOfCharactersCountForThemselves) {
     EXPECT_EQ(characterCount(QString(QChar(0xD83D)) + u'a' + QChar(0xDC69)), 3);

@@ -28,84 +28,91 @@ RGBA bytes(int r, int g, int b, double a = 1) {
 
 // Reading
 
-struct Sample {
+struct ColorSample {
     QString text;
     std::optional<RGBA> color;
 
-    friend void PrintTo(const Sample& sample, std::ostream* stream) { *stream << sample.text.toStdString(); }
+    friend void PrintTo(const ColorSample& sample, std::ostream* stream) {
+        *stream << sample.text.toStdString();
+    }
 };
 
-class ParseColorTest : public testing::TestWithParam<Sample> {};
+class ParseColorTest : public testing::TestWithParam<ColorSample> {};
 
 TEST_P(ParseColorTest, ReadsOrRefuses) {
     EXPECT_EQ(parseColor(GetParam().text), GetParam().color) << qPrintable(GetParam().text);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Hexadecimal, ParseColorTest,
-    testing::Values(Sample{u"#abc"_qs, RGBA{10 / 15.0, 11 / 15.0, 12 / 15.0, 1}},
-                    Sample{u"#AbCdEf"_qs, bytes(0xab, 0xcd, 0xef)},
-                    Sample{u"#11223344"_qs, bytes(0x11, 0x22, 0x33, 0x44 / 255.0)},
-                    Sample{u"#ffffffff"_qs, RGBA{1, 1, 1, 1}}, Sample{u"#00000000"_qs, RGBA{0, 0, 0, 0}},
-                    Sample{u" \n#ff0000\t\r\n"_qs, bytes(255, 0, 0)},
-                    Sample{u"\u00a0#ff0000\u2028"_qs, bytes(255, 0, 0)}, Sample{u"#"_qs, {}},
-                    Sample{u"#1"_qs, {}}, Sample{u"#12"_qs, {}}, Sample{u"#1234"_qs, {}},
-                    Sample{u"#12345"_qs, {}}, Sample{u"#1234567"_qs, {}}, Sample{u"#123456789"_qs, {}},
-                    Sample{u"#12345g"_qs, {}}, Sample{u"#+1234f"_qs, {}}, Sample{u"#-12"_qs, {}},
-                    Sample{u"#0x1234"_qs, {}}, Sample{u"# 12345"_qs, {}}, Sample{u"##12345"_qs, {}},
-                    Sample{u"#１２３"_qs, {}}, Sample{u"123456"_qs, {}}));
+INSTANTIATE_TEST_SUITE_P(Hexadecimal, ParseColorTest,
+                         testing::Values(ColorSample{u"#abc"_qs, RGBA{10 / 15.0, 11 / 15.0, 12 / 15.0, 1}},
+                                         ColorSample{u"#AbCdEf"_qs, bytes(0xab, 0xcd, 0xef)},
+                                         ColorSample{u"#11223344"_qs, bytes(0x11, 0x22, 0x33, 0x44 / 255.0)},
+                                         ColorSample{u"#ffffffff"_qs, RGBA{1, 1, 1, 1}},
+                                         ColorSample{u"#00000000"_qs, RGBA{0, 0, 0, 0}},
+                                         ColorSample{u" \n#ff0000\t\r\n"_qs, bytes(255, 0, 0)},
+                                         ColorSample{u"\u00a0#ff0000\u2028"_qs, bytes(255, 0, 0)},
+                                         ColorSample{u"#"_qs, {}}, ColorSample{u"#1"_qs, {}},
+                                         ColorSample{u"#12"_qs, {}}, ColorSample{u"#1234"_qs, {}},
+                                         ColorSample{u"#12345"_qs, {}}, ColorSample{u"#1234567"_qs, {}},
+                                         ColorSample{u"#123456789"_qs, {}}, ColorSample{u"#12345g"_qs, {}},
+                                         ColorSample{u"#+1234f"_qs, {}}, ColorSample{u"#-12"_qs, {}},
+                                         ColorSample{u"#0x1234"_qs, {}}, ColorSample{u"# 12345"_qs, {}},
+                                         ColorSample{u"##12345"_qs, {}}, ColorSample{u"#１２３"_qs, {}},
+                                         ColorSample{u"123456"_qs, {}}));
 
 INSTANTIATE_TEST_SUITE_P(
     Functions, ParseColorTest,
     testing::Values(
-        Sample{u"rgb(255, 0, 0)"_qs, bytes(255, 0, 0)}, Sample{u"RGB(255 0 0)"_qs, bytes(255, 0, 0)},
-        Sample{u"rgb(100%, 0, 0)"_qs, bytes(100, 0, 0)}, Sample{u"rgb(%1%0%0%, 0, 0)"_qs, bytes(100, 0, 0)},
-        Sample{u"rgb(,1,, 2 ,3,)"_qs, bytes(1, 2, 3)}, Sample{u"rgb(1,\t2,\t3)"_qs, bytes(1, 2, 3)},
-        Sample{u"rgb(1\t2\n3)"_qs, bytes(1, 2, 3)}, Sample{u"rgb(1, 2)"_qs, {}},
-        Sample{u"rgb(1, 2, 3, 4)"_qs, {}}, Sample{u"rgb(1, x, 2, 3)"_qs, bytes(1, 2, 3)},
-        Sample{u"rgb(1, %, 2, 3)"_qs, bytes(1, 2, 3)}, Sample{u"rgba(1, 2, 3)"_qs, {}},
-        Sample{u"rgba(1, 2, 3, 0.5)"_qs, bytes(1, 2, 3, 0.5)},
-        Sample{u"rgba(1, 2, 3, 50%)"_qs, bytes(1, 2, 3, 50)},
-        Sample{u"rgba(1 2 3 / 0.5)"_qs, bytes(1, 2, 3, 0.5)}, Sample{u"rgb()"_qs, {}}, Sample{u"rgb"_qs, {}},
-        Sample{u"rgb(1, 2, 3"_qs, {}}, Sample{u"rgb 1, 2, 3)"_qs, {}}, Sample{u"rgb)1,2,3("_qs, {}},
-        Sample{u"rgb (1, 2, 3)"_qs, {}}, Sample{u"(1, 2, 3)"_qs, {}},
-        Sample{u"rgb(1, 2, 3) or so"_qs, bytes(1, 2, 3)}, Sample{u"rgb((1), 2, 3, 4)"_qs, bytes(2, 3, 4)},
-        Sample{u"lab(1, 2, 3)"_qs, {}}, Sample{u"hſl(120, 100%, 50%)"_qs, {}}, Sample{u""_qs, {}},
-        Sample{u" "_qs, {}}));
+        ColorSample{u"rgb(255, 0, 0)"_qs, bytes(255, 0, 0)},
+        ColorSample{u"RGB(255 0 0)"_qs, bytes(255, 0, 0)},
+        ColorSample{u"rgb(100%, 0, 0)"_qs, bytes(100, 0, 0)},
+        ColorSample{u"rgb(%1%0%0%, 0, 0)"_qs, bytes(100, 0, 0)},
+        ColorSample{u"rgb(,1,, 2 ,3,)"_qs, bytes(1, 2, 3)}, ColorSample{u"rgb(1,\t2,\t3)"_qs, bytes(1, 2, 3)},
+        ColorSample{u"rgb(1\t2\n3)"_qs, bytes(1, 2, 3)}, ColorSample{u"rgb(1, 2)"_qs, {}},
+        ColorSample{u"rgb(1, 2, 3, 4)"_qs, {}}, ColorSample{u"rgb(1, x, 2, 3)"_qs, bytes(1, 2, 3)},
+        ColorSample{u"rgb(1, %, 2, 3)"_qs, bytes(1, 2, 3)}, ColorSample{u"rgba(1, 2, 3)"_qs, {}},
+        ColorSample{u"rgba(1, 2, 3, 0.5)"_qs, bytes(1, 2, 3, 0.5)},
+        ColorSample{u"rgba(1, 2, 3, 50%)"_qs, bytes(1, 2, 3, 50)},
+        ColorSample{u"rgba(1 2 3 / 0.5)"_qs, bytes(1, 2, 3, 0.5)}, ColorSample{u"rgb()"_qs, {}},
+        ColorSample{u"rgb"_qs, {}}, ColorSample{u"rgb(1, 2, 3"_qs, {}}, ColorSample{u"rgb 1, 2, 3)"_qs, {}},
+        ColorSample{u"rgb)1,2,3("_qs, {}}, ColorSample{u"rgb (1, 2, 3)"_qs, {}},
+        ColorSample{u"(1, 2, 3)"_qs, {}}, ColorSample{u"rgb(1, 2, 3) or so"_qs, bytes(1, 2, 3)},
+        ColorSample{u"rgb((1), 2, 3, 4)"_qs, bytes(2, 3, 4)}, ColorSample{u"lab(1, 2, 3)"_qs, {}},
+        ColorSample{u"hſl(120, 100%, 50%)"_qs, {}}, ColorSample{u""_qs, {}}, ColorSample{u" "_qs, {}}));
 
 INSTANTIATE_TEST_SUITE_P(
     Numbers, ParseColorTest,
-    testing::Values(Sample{u"rgb(1e2, +5, -5)"_qs, bytes(100, 5, -5)},
-                    Sample{u"rgb(.5, 5., 007)"_qs, RGBA{0.5 / 255, 5 / 255.0, 7 / 255.0, 1}},
-                    Sample{u"rgb(1e300, 300, -1)"_qs, RGBA{1e300 / 255, 300 / 255.0, -1 / 255.0, 1}},
-                    Sample{u"rgb(0x10, 1, 2)"_qs, {}}, Sample{u"rgb(inf, 1, 2)"_qs, {}},
-                    Sample{u"rgb(-infinity, 1, 2)"_qs, {}}, Sample{u"rgb(nan, 1, 2)"_qs, {}},
-                    Sample{u"rgb(1e999, 1, 2)"_qs, {}}, Sample{u"rgb(1e, 1, 2)"_qs, {}},
-                    Sample{u"rgb(1-, 1, 2)"_qs, {}}, Sample{u"rgb(--1, 1, 2)"_qs, {}},
-                    Sample{u"rgb(1.2.3, 1, 2)"_qs, {}}, Sample{u"rgb(１, 1, 2)"_qs, {}},
-                    Sample{u"rgb(\u22121, 1, 2)"_qs, {}}, Sample{u"rgb(٣, 1, 2)"_qs, {}},
-                    Sample{u"rgb(++1, 1, 2)"_qs, {}}, Sample{u"rgb(+-1, 1, 2)"_qs, {}},
-                    Sample{u"rgb(+, 1, 2)"_qs, {}}, Sample{u"rgb(1é, 1, 2)"_qs, {}},
-                    Sample{u"rgb(1e-999, 1, 2)"_qs, {}}));
+    testing::Values(ColorSample{u"rgb(1e2, +5, -5)"_qs, bytes(100, 5, -5)},
+                    ColorSample{u"rgb(.5, 5., 007)"_qs, RGBA{0.5 / 255, 5 / 255.0, 7 / 255.0, 1}},
+                    ColorSample{u"rgb(1e300, 300, -1)"_qs, RGBA{1e300 / 255, 300 / 255.0, -1 / 255.0, 1}},
+                    ColorSample{u"rgb(0x10, 1, 2)"_qs, {}}, ColorSample{u"rgb(inf, 1, 2)"_qs, {}},
+                    ColorSample{u"rgb(-infinity, 1, 2)"_qs, {}}, ColorSample{u"rgb(nan, 1, 2)"_qs, {}},
+                    ColorSample{u"rgb(1e999, 1, 2)"_qs, {}}, ColorSample{u"rgb(1e, 1, 2)"_qs, {}},
+                    ColorSample{u"rgb(1-, 1, 2)"_qs, {}}, ColorSample{u"rgb(--1, 1, 2)"_qs, {}},
+                    ColorSample{u"rgb(1.2.3, 1, 2)"_qs, {}}, ColorSample{u"rgb(１, 1, 2)"_qs, {}},
+                    ColorSample{u"rgb(\u22121, 1, 2)"_qs, {}}, ColorSample{u"rgb(٣, 1, 2)"_qs, {}},
+                    ColorSample{u"rgb(++1, 1, 2)"_qs, {}}, ColorSample{u"rgb(+-1, 1, 2)"_qs, {}},
+                    ColorSample{u"rgb(+, 1, 2)"_qs, {}}, ColorSample{u"rgb(1é, 1, 2)"_qs, {}},
+                    ColorSample{u"rgb(1e-999, 1, 2)"_qs, {}}));
 
 INSTANTIATE_TEST_SUITE_P(Hues, ParseColorTest,
-                         testing::Values(Sample{u"hsl(120, 100%, 50%)"_qs, RGBA{0, 1, 0, 1}},
-                                         Sample{u"hsl(360, 100%, 50%)"_qs, RGBA{1, 0, 0, 1}},
-                                         Sample{u"hsl(480, 100%, 50%)"_qs, RGBA{0, 1, 0, 1}},
-                                         Sample{u"hsl(0, 100%, 50%)"_qs, RGBA{1, 0, 0, 1}},
-                                         Sample{u"hsl(60, 100, 50)"_qs, RGBA{1, 1, 0, 1}},
-                                         Sample{u"hsl(180, 100, 50)"_qs, RGBA{0, 1, 1, 1}},
-                                         Sample{u"hsl(240, 100, 50)"_qs, RGBA{0, 0, 1, 1}},
-                                         Sample{u"hsl(300, 100, 50)"_qs, RGBA{1, 0, 1, 1}},
-                                         Sample{u"hsl(30, 100%, 50%)"_qs, RGBA{1, 0.5, 0, 1}},
-                                         Sample{u"HSL(0 0% 50%)"_qs, RGBA{0.5, 0.5, 0.5, 1}},
-                                         Sample{u"hsl(-120, 100%, 50%)"_qs, RGBA{0, 0, 0, 1}},
-                                         Sample{u"hsl(-120, 50%, 50%)"_qs, RGBA{0.25, 0.25, 0.25, 1}},
-                                         Sample{u"hsla(240, 100%, 50%, 0)"_qs, RGBA{0, 0, 1, 0}},
-                                         Sample{u"hsla(240, 100%, 50%)"_qs, {}},
-                                         Sample{u"hsl(240, 100%, 50%, 0)"_qs, {}},
-                                         Sample{u"hsl(60deg, 100%, 50%)"_qs, {}},
-                                         Sample{u"hsl(0, 1e300, 1e300)"_qs, {}}));
+                         testing::Values(ColorSample{u"hsl(120, 100%, 50%)"_qs, RGBA{0, 1, 0, 1}},
+                                         ColorSample{u"hsl(360, 100%, 50%)"_qs, RGBA{1, 0, 0, 1}},
+                                         ColorSample{u"hsl(480, 100%, 50%)"_qs, RGBA{0, 1, 0, 1}},
+                                         ColorSample{u"hsl(0, 100%, 50%)"_qs, RGBA{1, 0, 0, 1}},
+                                         ColorSample{u"hsl(60, 100, 50)"_qs, RGBA{1, 1, 0, 1}},
+                                         ColorSample{u"hsl(180, 100, 50)"_qs, RGBA{0, 1, 1, 1}},
+                                         ColorSample{u"hsl(240, 100, 50)"_qs, RGBA{0, 0, 1, 1}},
+                                         ColorSample{u"hsl(300, 100, 50)"_qs, RGBA{1, 0, 1, 1}},
+                                         ColorSample{u"hsl(30, 100%, 50%)"_qs, RGBA{1, 0.5, 0, 1}},
+                                         ColorSample{u"HSL(0 0% 50%)"_qs, RGBA{0.5, 0.5, 0.5, 1}},
+                                         ColorSample{u"hsl(-120, 100%, 50%)"_qs, RGBA{0, 0, 0, 1}},
+                                         ColorSample{u"hsl(-120, 50%, 50%)"_qs, RGBA{0.25, 0.25, 0.25, 1}},
+                                         ColorSample{u"hsla(240, 100%, 50%, 0)"_qs, RGBA{0, 0, 1, 0}},
+                                         ColorSample{u"hsla(240, 100%, 50%)"_qs, {}},
+                                         ColorSample{u"hsl(240, 100%, 50%, 0)"_qs, {}},
+                                         ColorSample{u"hsl(60deg, 100%, 50%)"_qs, {}},
+                                         ColorSample{u"hsl(0, 1e300, 1e300)"_qs, {}}));
 
 TEST(ColorFormatsTest, ThreeDigitsNameTheSameColourAsTheirSix) {
     EXPECT_EQ(hexString(*parseColor(u"#abc")), u"#AABBCC");

@@ -67,16 +67,16 @@ protected:
 
 // Which rows there are, in which order
 
-struct Sample {
+struct SectionSample {
     const char* name;
     std::function<void(ClipboardItem&)> prepare;
     Type type;
     QStringList labels;
 
-    friend void PrintTo(const Sample& sample, std::ostream* stream) { *stream << sample.name; }
+    friend void PrintTo(const SectionSample& sample, std::ostream* stream) { *stream << sample.name; }
 };
 
-class InfoRowsTest : public InfoSectionTest, public testing::WithParamInterface<Sample> {};
+class InfoRowsTest : public InfoSectionTest, public testing::WithParamInterface<SectionSample> {};
 
 TEST_P(InfoRowsTest, StandInOrder) {
     const auto shown = item(GetParam().type);
@@ -89,49 +89,50 @@ void size(ClipboardItem& item) {
     item.setWidth(3);
     item.setHeight(2);
 }
-void bytes(ClipboardItem& item) {
+void withPictureBytes(ClipboardItem& item) {
     item.setImageData(QByteArray(2000, 'p'));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     All, InfoRowsTest,
     testing::Values(
-        Sample{"Text", nothing, Type::text, {u"Content Type"_qs, u"Length"_qs, u"Copied"_qs}},
-        Sample{"RichText", nothing, Type::rtf, {u"Content Type"_qs, u"Length"_qs, u"Copied"_qs}},
-        Sample{"TextOfAnApplication",
-               [](ClipboardItem& item) { item.setSourceApp(u"editor"_qs); },
-               Type::text,
-               {u"Application"_qs, u"Content Type"_qs, u"Length"_qs, u"Copied"_qs}},
-        Sample{"ImageWithAll",
-               [](ClipboardItem& item) {
-                   size(item);
-                   bytes(item);
-               },
-               Type::image,
-               {u"Content Type"_qs, u"Dimensions"_qs, u"Image Size"_qs, u"Copied"_qs}},
-        Sample{"ImageWithoutData", size, Type::image, {u"Content Type"_qs, u"Dimensions"_qs, u"Copied"_qs}},
-        Sample{"ImageWithoutDimensions",
-               bytes,
-               Type::image,
-               {u"Content Type"_qs, u"Image Size"_qs, u"Copied"_qs}},
-        Sample{"ImageWithoutHeight",
-               [](ClipboardItem& item) { item.setWidth(3); },
-               Type::image,
-               {u"Content Type"_qs, u"Copied"_qs}},
-        Sample{"ImageWithoutWidth",
-               [](ClipboardItem& item) { item.setHeight(3); },
-               Type::image,
-               {u"Content Type"_qs, u"Copied"_qs}},
-        Sample{"FileWithSize",
-               [](ClipboardItem& item) { item.setFileSize(12); },
-               Type::file,
-               {u"Content Type"_qs, u"Path"_qs, u"File Size"_qs, u"Copied"_qs}},
-        Sample{"FileWithoutSize", nothing, Type::file, {u"Content Type"_qs, u"Path"_qs, u"Copied"_qs}},
-        Sample{"Link",
-               [](ClipboardItem& item) { item.setContent(u"https://example.org/a"_qs); },
-               Type::url,
-               {u"Content Type"_qs, u"Host"_qs, u"Copied"_qs}},
-        Sample{"Color", nothing, Type::color, {u"Content Type"_qs, u"Copied"_qs}}),
+        SectionSample{"Text", nothing, Type::text, {u"Content Type"_qs, u"Length"_qs, u"Copied"_qs}},
+        SectionSample{"RichText", nothing, Type::rtf, {u"Content Type"_qs, u"Length"_qs, u"Copied"_qs}},
+        SectionSample{"TextOfAnApplication",
+                      [](ClipboardItem& item) { item.setSourceApp(u"editor"_qs); },
+                      Type::text,
+                      {u"Application"_qs, u"Content Type"_qs, u"Length"_qs, u"Copied"_qs}},
+        SectionSample{"ImageWithAll",
+                      [](ClipboardItem& item) {
+                          size(item);
+                          withPictureBytes(item);
+                      },
+                      Type::image,
+                      {u"Content Type"_qs, u"Dimensions"_qs, u"Image Size"_qs, u"Copied"_qs}},
+        SectionSample{
+            "ImageWithoutData", size, Type::image, {u"Content Type"_qs, u"Dimensions"_qs, u"Copied"_qs}},
+        SectionSample{"ImageWithoutDimensions",
+                      withPictureBytes,
+                      Type::image,
+                      {u"Content Type"_qs, u"Image Size"_qs, u"Copied"_qs}},
+        SectionSample{"ImageWithoutHeight",
+                      [](ClipboardItem& item) { item.setWidth(3); },
+                      Type::image,
+                      {u"Content Type"_qs, u"Copied"_qs}},
+        SectionSample{"ImageWithoutWidth",
+                      [](ClipboardItem& item) { item.setHeight(3); },
+                      Type::image,
+                      {u"Content Type"_qs, u"Copied"_qs}},
+        SectionSample{"FileWithSize",
+                      [](ClipboardItem& item) { item.setFileSize(12); },
+                      Type::file,
+                      {u"Content Type"_qs, u"Path"_qs, u"File Size"_qs, u"Copied"_qs}},
+        SectionSample{"FileWithoutSize", nothing, Type::file, {u"Content Type"_qs, u"Path"_qs, u"Copied"_qs}},
+        SectionSample{"Link",
+                      [](ClipboardItem& item) { item.setContent(u"https://example.org/a"_qs); },
+                      Type::url,
+                      {u"Content Type"_qs, u"Host"_qs, u"Copied"_qs}},
+        SectionSample{"Color", nothing, Type::color, {u"Content Type"_qs, u"Copied"_qs}}),
     [](const auto& sample) { return std::string(sample.param.name); });
 
 // Application
@@ -208,7 +209,7 @@ TEST_F(InfoSectionTest, DimensionsStandBesideATimesSign) {
 
 TEST_F(InfoSectionTest, TheImageSizeIsThatOfItsData) {
     const auto picture = item(Type::image);
-    bytes(*picture);
+    withPictureBytes(*picture);
     EXPECT_EQ(value(*picture, u"Image Size"_qs), u"2 KB");
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr xkb_keycode_t keyA = 38;
+constexpr xkb_keycode_t keyCodeOfA = 38;
 constexpr xkb_keycode_t keyV = 55;
 constexpr xkb_keycode_t bracket = 34;
 
@@ -97,7 +97,7 @@ TEST(KeymapTextTest, ASymbolIsFoundInItsLayout) {
     EXPECT_EQ(keyGiving(keymap.get(), XKB_KEY_v, 0), std::nullopt);
     EXPECT_EQ(keyGiving(keymap.get(), XKB_KEY_v, 1), keyV);
     EXPECT_EQ(keyGiving(keymap.get(), XKB_KEY_v, 2), 60U);
-    EXPECT_EQ(keyGiving(keymap.get(), XKB_KEY_a, 2), keyA);
+    EXPECT_EQ(keyGiving(keymap.get(), XKB_KEY_a, 2), keyCodeOfA);
     EXPECT_EQ(keyGiving(keymap.get(), XKB_KEY_Insert, 0), 118U);
     EXPECT_EQ(keyGiving(keymap.get(), XKB_KEY_Control_L, 0), 37U);
 }

@@ -1,8 +1,8 @@
 #include "Kestrova/shelf/controls/ShelfTheme.h"
+#include "Kestrova/look/Contrast.h"
 
 #include <QPalette>
 
-#include <cmath>
 #include <gtest/gtest.h>
 #include <initializer_list>
 
@@ -17,20 +17,6 @@ QColor over(const QColor& top, const QColor& below) {
     const auto mix = [alpha](float a, float b) { return a * alpha + b * (1 - alpha); };
     return QColor::fromRgbF(mix(top.redF(), below.redF()), mix(top.greenF(), below.greenF()),
                             mix(top.blueF(), below.blueF()));
-}
-
-// By the web's accessibility guidelines.
-double luminance(const QColor& color) {
-    const auto linear = [](double channel) {
-        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& text, const QColor& ground) {
-    const double a = luminance(over(text, ground)) + 0.05;
-    const double b = luminance(ground) + 0.05;
-    return a > b ? a / b : b / a;
 }
 
 class ShelfThemeTest : public testing::TestWithParam<Scheme> {
@@ -51,7 +37,8 @@ private:
             auto ground = over(theme.ground, desktop);
             for (const auto& layer : layers)
                 ground = over(layer, ground);
-            EXPECT_GE(contrast(top, ground), least) << where << " over " << qPrintable(desktop.name());
+            EXPECT_GE(contrast(over(top, ground), ground), least)
+                << where << " over " << qPrintable(desktop.name());
         }
     }
 };

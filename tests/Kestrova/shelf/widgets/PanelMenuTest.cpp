@@ -1,4 +1,5 @@
 #include "Kestrova/shelf/widgets/PanelMenu.h"
+#include "Kestrova/look/Contrast.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -7,26 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace kestrova {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-double channel(double value) {
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor& color) {
-    return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) +
-           0.0722 * channel(color.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other) {
-    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
 
 class PanelMenuTest : public ::testing::Test {
 protected:
