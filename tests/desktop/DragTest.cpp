@@ -42,6 +42,23 @@ protected:
     bool waitForQuery(const QByteArray& statement, const QStringList& expected) {
         return eventually([&] { return query(statement) == expected; });
     }
+    /// A program shows what it holds before it makes a drag of a press on it.
+    void pullOutOfProgram(QPoint from, QPoint to) {
+        const XConnection x(session.display());
+        const xcb_atom_t dragged = x.atom("XdndSelection");
+        const auto isUnderWay = [&] {
+            const XReply<xcb_get_selection_owner_reply_t> owner(
+                xcb_get_selection_owner_reply(x.get(), xcb_get_selection_owner(x.get(), dragged), nullptr));
+            return owner && owner->owner != XCB_NONE;
+        };
+        ASSERT_TRUE(eventually([&] {
+            mouse.pull(from, to);
+            if (eventually(isUnderWay, 1s))
+                return true;
+            mouse.release();
+            return false;
+        }));
+    }
     /// Over a part of the desktop that the shelf leaves free.
     void putAside(xcb_window_t window) {
         const auto id = QString::number(window);
@@ -196,7 +213,7 @@ TEST_F(DragTest, AFileOfAFileManagerBecomesARow) {
     // The only file, right of the places and below the bars.
     const QPoint icon = windows.frame(window).topLeft() + QPoint(205, 95);
     ASSERT_TRUE(eventually([&] { return windows.colorAt(icon) != windows.colorAt(icon + QPoint(100, 0)); }));
-    mouse.pull(icon, icon + QPoint(60, 0));
+    pullOutOfProgram(icon, icon + QPoint(60, 0));
     // The press has closed it, had it been there.
     ASSERT_EQ(program.command({u"show"_s}).exitStatus, 0);
     ASSERT_TRUE(eventually([this] { return shelf.isUp(); }));
@@ -216,18 +233,18 @@ protected:
     void openByCommand() { ASSERT_EQ(program.command({u"show"_s}).exitStatus, 0); }
     void dragLinkOntoLists(const std::function<void()>& openShelf) {
         prepare({});
-        // The page is nothing but the link.
+        // The page is nothing but the link, and stays when it is only clicked.
         const auto window =
             realPrograms::showInBrowser(session, u"Link page"_s,
                                         "<style>a{position:fixed;inset:0;background:#2040c0}</style>"
-                                        "<a href='https://example.org/a?b=c'>link</a>")
+                                        "<a href='https://example.org/a?b=c' onclick='return false'>link</a>")
                 .toUInt();
         QPoint link;
         ASSERT_TRUE(eventually([&] {
             link = windows.frame(window).center();
             return windows.colorAt(link) == QColor(0x20, 0x40, 0xC0);
         }));
-        mouse.pull(link, link + QPoint(60, 0));
+        pullOutOfProgram(link, link + QPoint(60, 0));
         openShelf();
         ASSERT_TRUE(shelf.waitForKeyboard());
         const QPoint lists = elements->frame(u"클립보드 기록"_s, u"list"_s).center();

@@ -1,5 +1,7 @@
 #include "tests/desktop/PasteDestination.h"
 
+#include "tests/desktop/Mouse.h"
+#include "tests/desktop/RealPrograms.h"
 #include "tests/desktop/Waiting.h"
 
 #include <QFile>
@@ -11,6 +13,7 @@ namespace kestrova::test {
 
 namespace {
 
+using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
 QString contents(const QString& path) {
@@ -88,11 +91,17 @@ public:
     explicit Chromium(DesktopSession& session) : PasteDestination(session.display()) {
         const QString page =
             session.writeFile(u"home/form.html"_s, R"(<!doctype html><meta charset="utf-8"><title>Form</title>
-<textarea id="area" autofocus></textarea>
+<p>Form</p>
+<textarea id="area" autofocus rows="30" cols="90"></textarea>
 <script>
-const tell = () => document.title = 'Has ' + area.value + ' End';
+let isPainted = false;
+const tell = () => {
+    if (isPainted && document.activeElement === area) document.title = 'Has ' + area.value + ' End';
+};
 area.addEventListener('input', tell);
 area.addEventListener('focus', tell);
+)" + realPrograms::browserPaintsContent() +
+                                                       R"(.then(() => { isPainted = true; tell(); });
 </script>
 )");
         m_process = &session.start(
@@ -102,7 +111,15 @@ area.addEventListener('focus', tell);
                            u"--disable-component-update"_s, u"--disable-sync"_s, u"--password-store=basic"_s,
                            u"--user-data-dir="_s + session.path(u"home/browser"_s), u"file://"_s + page}});
         awaitWindow(u"Chromium"_s);
-        if (!eventually([this] { return m_windows.title(m_window).startsWith(u"Has "_s); }))
+        const auto hasFocus = [this] { return m_windows.title(m_window).startsWith(u"Has "_s); };
+        Mouse mouse(session.display());
+        // A page that comes up while the browser is still busy may not get it by itself.
+        if (!eventually([&] {
+                if (eventually(hasFocus, 2s))
+                    return true;
+                mouse.click(m_windows.frame(m_window).center());
+                return false;
+            }))
             throw std::runtime_error("the page's text area has no focus");
     }
 

@@ -91,9 +91,17 @@ void copyPassword(DesktopSession& session, const QByteArray& password) {
                [&reader] { return std::ranges::count(reader.targets(), "x-kde-passwordManagerHint") == 1; });
 }
 
+QByteArray browserPaintsContent() {
+    return R"(new Promise(done => new PerformanceObserver(list => {
+    if (list.getEntriesByName('first-contentful-paint').length) done();
+}).observe({type: 'paint', buffered: true})))";
+}
+
 QString showInBrowser(DesktopSession& session, const QString& title, const QByteArray& page) {
-    const QString file = session.writeFile(u"home/page.html"_s,
-                                           "<!doctype html><title>" + title.toUtf8() + "</title>\n" + page);
+    const QString file = session.writeFile(
+        u"home/page.html"_s, "<!doctype html><title>Not painted yet</title>\n" + page + "<script>" +
+                                 browserPaintsContent() + ".then(() => document.title = '" + title.toUtf8() +
+                                 "')</script>\n");
     session.start(
         {.program = u"chromium"_s,
          .arguments = {u"--no-sandbox"_s, u"--disable-gpu"_s, u"--no-first-run"_s,

@@ -16,7 +16,10 @@ void copyAllInFolder(DesktopSession& session, const QString& path);
 /// A password manager opens a database that holds `password`; it is copied.
 void copyPassword(DesktopSession& session, const QByteArray& password);
 
-/// A browser shows `page` under that title. Answers its window as it is activated.
+/// What a page's script waits for before it says that it is there: until a browser has painted content, it
+/// drops keys and presses.
+QByteArray browserPaintsContent();
+/// A browser shows `page`, which has some content, under that title. Answers its window as it is activated.
 QString showInBrowser(DesktopSession& session, const QString& title, const QByteArray& page);
 
 /// A browser on a page of ours.
