@@ -99,21 +99,27 @@ void ShelfPanelWidget::setContent(ShelfPanelView& view) {
     m_view = &view;
     view.onRender = [this] { render(); };
     m_surroundings.appearance.onChange = [this] { render(); };
-    prepareAfter(preparationDelay);
-}
-
-void ShelfPanelWidget::prepareAfter(Duration delay) {
-    m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(delay, [this] {
-        if (m_surroundings.onDisuse)
-            m_surroundings.onDisuse();
+    m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(preparationDelay, [this] {
         prepare();
         // In a turn of its own, so that nobody has to wait for both.
         m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(Duration::zero(), [this] {
-            // A drawing that nobody sees loads the fonts, symbols and code that the next showing needs.
-            QPixmap unseen(size());
-            QWidget::render(&unseen);
-            rest();
+            drawUnseen();
+            awaitDisuse();
         });
+    });
+}
+
+void ShelfPanelWidget::drawUnseen() {
+    QPixmap unseen(size());
+    QWidget::render(&unseen);
+    rest();
+}
+
+void ShelfPanelWidget::awaitDisuse() {
+    m_preparation = m_surroundings.mainQueue.afterUnlessCancelled(untilDisuse, [this] {
+        if (m_surroundings.onDisuse)
+            m_surroundings.onDisuse();
+        drawUnseen();
     });
 }
 
@@ -208,12 +214,12 @@ void ShelfPanelWidget::orderOut() {
     closePopups();
     m_surroundings.windowManagement.handOverKeyboard(windowNumber());
     hide();
-    if (m_content)
+    if (m_content) {
         m_content->awaitLateKeys();
-    if (m_view) {
-        m_view->dropLists();
-        prepareAfter(untilDisuse);
+        awaitDisuse();
     }
+    if (m_view)
+        m_view->dropLists();
     rest();
 }
 

@@ -31,8 +31,8 @@ public:
         std::function<QRect(const ScreenRect&)> toolkitRect;
         /// The other way round.
         std::function<ScreenRect(const QRect&)> screenRect;
-        /// Told in quiet moments, soon after the start and some seconds after each hiding: what was used
-        /// before may be let go, since what the next showing needs is drawn anew. May be empty.
+        /// Told in quiet moments, some seconds after the start and after each hiding: what was used before
+        /// may be let go, since what the next showing needs is drawn anew. May be empty.
         std::function<void()> onDisuse = {};
         /// Told when nothing will be drawn for a while. May be empty.
         std::function<void()> onRest = {};
@@ -68,9 +68,10 @@ protected:
 
 private:
     void render();
-    /// In a quiet moment, so that the next showing finds all that it needs, and little else is kept.
-    void prepareAfter(Duration delay);
     void prepare();
+    /// Loads the fonts, symbols and code that the next showing needs.
+    void drawUnseen();
+    void awaitDisuse();
     void rest();
     /// Looks whether the window is blended with what lies behind it.
     void adaptToScreen();
