@@ -1,10 +1,9 @@
 #include "Platform/HuffmanDeflate.h"
 
 #include "Platform/DeflateEnd.h"
+#include "tests/Platform/Inflation.h"
 
 #include <gtest/gtest.h>
-
-#include <libdeflate.h>
 
 #include <algorithm>
 #include <cmath>
@@ -17,17 +16,6 @@ using namespace kestrova;
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-/// The bytes of a stream that is followed by nothing else.
-Bytes inflated(const Bytes& stream, std::size_t size) {
-    Bytes bytes(size);
-    auto* decompressor = libdeflate_alloc_decompressor();
-    std::size_t read = 0;
-    const auto result = libdeflate_deflate_decompress_ex(decompressor, stream.data(), stream.size(),
-                                                         bytes.data(), bytes.size(), &read, nullptr);
-    libdeflate_free_decompressor(decompressor);
-    return result == LIBDEFLATE_SUCCESS && read == stream.size() ? bytes : Bytes{0xba, 0xd};
-}
 
 /// The smaller a value, the more often it occurs.
 Bytes skewedBytes(std::size_t size, double skew, unsigned seed) {
