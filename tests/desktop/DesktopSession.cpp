@@ -146,7 +146,7 @@ void DesktopSession::startBus() {
 void DesktopSession::startWindowManager() {
     start({.program = u"openbox"_s, .arguments = {u"--sm-disable"_s}});
     XConnection x(display());
-    if (!eventually([&x] { return x.hasWindowManager(); }))
+    if (!eventually([&x] { return x.hasWindowManager() && x.hasListOfClients(); }))
         throw std::runtime_error("openbox did not start");
 }
 

@@ -88,6 +88,13 @@ bool XConnection::hasWindowManager() const {
     return check != XCB_WINDOW_NONE && windowProperty(check, "_NET_SUPPORTING_WM_CHECK") == check;
 }
 
+bool XConnection::hasListOfClients() const {
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        m_connection,
+        xcb_get_property(m_connection, 0, m_root, atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0, 0), nullptr));
+    return reply && reply->type == XCB_ATOM_WINDOW;
+}
+
 xcb_window_t XConnection::clipboardOwner() const {
     const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
         m_connection, xcb_get_selection_owner(m_connection, atom("CLIPBOARD")), nullptr));

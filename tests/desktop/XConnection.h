@@ -32,6 +32,8 @@ public:
     /// The server's time now, for requests that want one.
     xcb_timestamp_t serverTime() const;
     bool hasWindowManager() const;
+    /// The last thing that a window manager does as it starts.
+    bool hasListOfClients() const;
     /// Asks the window manager to bring the window to the front, as a task bar does.
     void requestActivation(xcb_window_t window) const;
     /// 0 if nobody owns the clipboard.
