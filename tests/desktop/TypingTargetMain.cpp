@@ -139,12 +139,19 @@ void TypingWindows::handleMessage(const xcb_client_message_event_t& message) {
 }
 
 void TypingWindows::holdKeyboard() {
-    const XReply<xcb_grab_keyboard_reply_t> reply(
-        xcb_grab_keyboard_reply(m_x.get(),
-                                xcb_grab_keyboard(m_x.get(), 0, m_windows.front(), XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr));
-    std::puts(reply && reply->status == XCB_GRAB_STATUS_SUCCESS ? "held" : "notHeld");
+    const auto grab = [this] {
+        const XReply<xcb_grab_keyboard_reply_t> reply(
+            xcb_grab_keyboard_reply(m_x.get(),
+                                    xcb_grab_keyboard(m_x.get(), 0, m_windows.front(), XCB_CURRENT_TIME,
+                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                    nullptr));
+        return reply ? reply->status : std::uint8_t{XCB_GRAB_STATUS_NOT_VIEWABLE};
+    };
+    // Somebody may have it for a moment; menus and lockers try again, too.
+    auto status = grab();
+    while (status == XCB_GRAB_STATUS_ALREADY_GRABBED || status == XCB_GRAB_STATUS_FROZEN)
+        status = grab();
+    std::puts(status == XCB_GRAB_STATUS_SUCCESS ? "held" : "notHeld");
 }
 
 void TypingWindows::handleActiveWindow() {
